@@ -1,0 +1,621 @@
+#include "Decimal.h"
+
+#include <QHashFunctions>
+#include <QLocale>
+
+#include <boost/multiprecision/cpp_int.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <string>
+
+// Values are kept normalized: no trailing zeros in the coefficient, zero is 0e0 and
+// not-a-number has a zero coefficient. Equal values therefore have equal fields.
+//
+// Every operation builds an exact (or exactly-sticky) intermediate, then one function,
+// finish(), rounds it to 38 digits and to the scale asked for, in one step. Small operands take
+// a 64/128-bit fast path; the rest go through 512-bit integers.
+
+namespace {
+
+using UInt128 = unsigned __int128;
+using Wide = boost::multiprecision::uint512_t;
+using Mode = Decimal::RoundingMode;
+using Error = Decimal::CalculationError;
+
+constexpr int kMinExponent = -128;
+constexpr int kMaxLeadingPosition = 127 + Decimal::kMaxDigits - 1;
+constexpr int kWidePowers = 155;
+
+constexpr std::array<UInt128, 39> makePow10() {
+    std::array<UInt128, 39> table{};
+    UInt128 value = 1;
+    for (auto &entry : table) {
+        entry = value;
+        value *= 10;
+    }
+    return table;
+}
+constexpr auto kPow10 = makePow10();
+
+const std::array<Wide, kWidePowers> &widePow10() {
+    static const std::array<Wide, kWidePowers> table = [] {
+        std::array<Wide, kWidePowers> t;
+        Wide value = 1;
+        for (auto &entry : t) {
+            entry = value;
+            value *= 10;
+        }
+        return t;
+    }();
+    return table;
+}
+
+int bitWidth(UInt128 v) {
+    const auto hi = static_cast<uint64_t>(v >> 64);
+    if (hi != 0)
+        return 128 - __builtin_clzll(hi);
+    const auto lo = static_cast<uint64_t>(v);
+    return lo == 0 ? 0 : 64 - __builtin_clzll(lo);
+}
+
+// Decimal digits of a non-zero magnitude below 2^127.
+int digitCount(UInt128 v) {
+    const int t = (bitWidth(v) * 1233) >> 12;
+    return t + (v >= kPow10[t] ? 1 : 0);
+}
+
+int digitCount(const Wide &v) {
+    const int t = ((static_cast<int>(boost::multiprecision::msb(v)) + 1) * 1233) >> 12;
+    return t + (v >= widePow10()[t] ? 1 : 0);
+}
+
+struct Outcome {
+    Decimal value;
+    Error error = Error::None;
+};
+
+bool roundsAway(Mode mode, bool negative, bool quotientOdd, int versusHalf, bool inexact) {
+    switch (mode) {
+    case Mode::Plain:
+        return versusHalf >= 0;
+    case Mode::Bankers:
+        return versusHalf > 0 || (versusHalf == 0 && quotientOdd);
+    case Mode::Up:
+        return inexact && !negative;
+    case Mode::Down:
+        return inexact && negative;
+    }
+    return false;
+}
+
+struct Dropped {
+    UInt128 kept;
+    bool inexact;
+};
+
+// Divides the magnitude by 10^k (k >= 1) and rounds the quotient by the mode.
+Dropped dropDigits(UInt128 mag, int k, int digits, Mode mode, bool negative) {
+    if (k > digits) // below a tenth of the unit: never a tie, never at or past half
+        return {roundsAway(mode, negative, false, -1, true) ? UInt128(1) : UInt128(0), true};
+    UInt128 q;
+    UInt128 r;
+    UInt128 half;
+    if ((mag >> 64) == 0 && k <= 19) {
+        const auto m = static_cast<uint64_t>(mag);
+        const auto p = static_cast<uint64_t>(kPow10[k]);
+        q = m / p;
+        r = m - static_cast<uint64_t>(q) * p;
+        half = p / 2;
+    } else {
+        q = mag / kPow10[k];
+        r = mag - q * kPow10[k];
+        half = kPow10[k] / 2;
+    }
+    const int versusHalf = r < half ? -1 : (r == half ? 0 : 1);
+    const bool inexact = r != 0;
+    if (roundsAway(mode, negative, (q & 1) != 0, versusHalf, inexact))
+        ++q;
+    return {q, inexact};
+}
+
+Dropped dropDigits(const Wide &mag, int k, int digits, Mode mode, bool negative) {
+    if (k > digits)
+        return {roundsAway(mode, negative, false, -1, true) ? UInt128(1) : UInt128(0), true};
+    const Wide &p = widePow10()[k];
+    Wide q = mag / p;
+    const Wide r = mag - q * p;
+    const Wide half = p / 2;
+    const int versusHalf = r < half ? -1 : (r == half ? 0 : 1);
+    const bool inexact = r != 0;
+    if (roundsAway(mode, negative, bit_test(q, 0), versusHalf, inexact))
+        ++q;
+    return {static_cast<UInt128>(q), inexact};
+}
+
+UInt128 toUInt128(UInt128 v) {
+    return v;
+}
+UInt128 toUInt128(const Wide &v) {
+    return static_cast<UInt128>(v);
+}
+
+} // namespace
+
+class DecimalAccess {
+public:
+    static Decimal make(bool negative, UInt128 mag, int exponent) {
+        Decimal d;
+        d.m_coefficient = negative ? -static_cast<__int128>(mag) : static_cast<__int128>(mag);
+        d.m_exponent = exponent;
+        return d;
+    }
+    static bool negative(const Decimal &d) { return d.m_coefficient < 0; }
+    static UInt128 magnitude(const Decimal &d) {
+        return static_cast<UInt128>(d.m_coefficient < 0 ? -d.m_coefficient : d.m_coefficient);
+    }
+    static int exponent(const Decimal &d) { return d.m_exponent; }
+    static bool fitsInt64(const Decimal &d) {
+        return d.m_coefficient > -(__int128(1) << 63) && d.m_coefficient < (__int128(1) << 63);
+    }
+
+    // Rounds mag * 10^exponent to at most 38 digits and to no finer than 10^minExponent,
+    // then normalizes.
+    template <class Mag>
+    static Outcome finish(bool negative, const Mag &mag, int exponent, Mode mode, int minExponent) {
+        if (mag == 0)
+            return {};
+        const int digits = digitCount(mag);
+        const int forDigits = exponent + digits - Decimal::kMaxDigits;
+        const int keep = std::max({exponent, forDigits, minExponent, kMinExponent});
+        Error error = Error::None;
+        UInt128 kept;
+        if (keep > exponent) {
+            const Dropped dropped = dropDigits(mag, keep - exponent, digits, mode, negative);
+            kept = dropped.kept;
+            if (dropped.inexact && keep == forDigits && keep > minExponent)
+                error = Error::LossOfPrecision;
+            if (kept == 0 && keep == kMinExponent && keep > minExponent)
+                error = Error::Underflow;
+        } else {
+            kept = toUInt128(mag);
+        }
+        return {normalized(negative, kept, keep), error};
+    }
+
+    static Decimal normalized(bool negative, UInt128 mag, int exponent) {
+        if (mag == 0)
+            return Decimal();
+        if ((mag >> 64) == 0) {
+            auto small = static_cast<uint64_t>(mag);
+            while (small % 10 == 0) {
+                small /= 10;
+                ++exponent;
+            }
+            mag = small;
+        } else {
+            while (mag % 10 == 0) {
+                mag /= 10;
+                ++exponent;
+            }
+        }
+        if (exponent + digitCount(mag) - 1 > kMaxLeadingPosition)
+            return Decimal::notANumber();
+        return make(negative, mag, exponent);
+    }
+
+    static Outcome add(const Decimal &a, const Decimal &b, Mode mode, int minExponent);
+    static Outcome multiply(const Decimal &a, const Decimal &b, Mode mode, int minExponent);
+    static Outcome divide(const Decimal &a, const Decimal &b, Mode mode, int minExponent);
+    static Outcome round(const Decimal &a, Mode mode, int minExponent) {
+        if (a.isNaN())
+            return {a};
+        return finish(negative(a), magnitude(a), a.m_exponent, mode, minExponent);
+    }
+    static Decimal parse(QStringView text, QChar separator);
+    static size_t hash(const Decimal &d, size_t seed) {
+        const auto bits = static_cast<UInt128>(d.m_coefficient);
+        return qHashMulti(seed, d.m_nan, static_cast<quint64>(bits),
+                          static_cast<quint64>(bits >> 64), d.m_exponent);
+    }
+    static std::string digits(const Decimal &d);
+
+private:
+    static Outcome addWide(const Decimal &a, const Decimal &b, Mode mode, int minExponent);
+};
+
+Outcome DecimalAccess::add(const Decimal &a, const Decimal &b, Mode mode, int minExponent) {
+    if (a.isNaN() || b.isNaN())
+        return {Decimal::notANumber()};
+    if (a.isZero())
+        return round(b, mode, minExponent);
+    if (b.isZero())
+        return round(a, mode, minExponent);
+    const int diff = a.m_exponent - b.m_exponent;
+    if (fitsInt64(a) && fitsInt64(b) && diff <= 18 && diff >= -18) {
+        const int e = std::min(a.m_exponent, b.m_exponent);
+        const __int128 sum = a.m_coefficient * static_cast<__int128>(kPow10[a.m_exponent - e]) +
+                             b.m_coefficient * static_cast<__int128>(kPow10[b.m_exponent - e]);
+        const bool neg = sum < 0;
+        return finish(neg, static_cast<UInt128>(neg ? -sum : sum), e, mode, minExponent);
+    }
+    return addWide(a, b, mode, minExponent);
+}
+
+Outcome DecimalAccess::addWide(const Decimal &a, const Decimal &b, Mode mode, int minExponent) {
+    struct Term {
+        bool negative;
+        UInt128 mag;
+        int exponent;
+        int lead() const { return exponent + digitCount(mag) - 1; }
+    };
+    Term big{negative(a), magnitude(a), a.m_exponent};
+    Term small{negative(b), magnitude(b), b.m_exponent};
+    if (small.lead() > big.lead())
+        std::swap(big, small);
+    // A term far below the last digit that can survive only decides the rounding direction;
+    // any magnitude below that digit's hundredth decides it the same way.
+    if (small.lead() < big.lead() - 40)
+        small = {small.negative, 1, big.lead() - 41};
+    const int e = std::min(big.exponent, small.exponent);
+    const Wide x = Wide(big.mag) * widePow10()[big.exponent - e];
+    const Wide y = Wide(small.mag) * widePow10()[small.exponent - e];
+    if (big.negative == small.negative)
+        return finish(big.negative, Wide(x + y), e, mode, minExponent);
+    if (x >= y)
+        return finish(big.negative, Wide(x - y), e, mode, minExponent);
+    return finish(small.negative, Wide(y - x), e, mode, minExponent);
+}
+
+Outcome DecimalAccess::multiply(const Decimal &a, const Decimal &b, Mode mode, int minExponent) {
+    if (a.isNaN() || b.isNaN())
+        return {Decimal::notANumber()};
+    const bool neg = negative(a) != negative(b);
+    const int e = a.m_exponent + b.m_exponent;
+    if (fitsInt64(a) && fitsInt64(b)) // the product stays below 2^126, so 38 digits
+        return finish(neg, magnitude(a) * magnitude(b), e, mode, minExponent);
+    return finish(neg, Wide(Wide(magnitude(a)) * magnitude(b)), e, mode, minExponent);
+}
+
+Outcome DecimalAccess::divide(const Decimal &a, const Decimal &b, Mode mode, int minExponent) {
+    if (a.isNaN() || b.isNaN())
+        return {Decimal::notANumber()};
+    if (b.isZero())
+        return {Decimal::notANumber(), Error::DivideByZero};
+    if (a.isZero())
+        return {};
+    const UInt128 ma = magnitude(a);
+    const UInt128 mb = magnitude(b);
+    // Scale the dividend so the quotient has at least 39 digits; the remainder becomes a
+    // sticky digit, so one rounding step gives the correctly rounded result.
+    const int shift = Decimal::kMaxDigits + 1 + digitCount(mb) - digitCount(ma);
+    const Wide x = Wide(ma) * widePow10()[shift];
+    const Wide q = x / mb;
+    const bool inexact = q * mb != x;
+    const Wide withSticky = q * 10 + (inexact ? 1 : 0);
+    return finish(negative(a) != negative(b), withSticky, a.m_exponent - b.m_exponent - shift - 1,
+                  mode, minExponent);
+}
+
+// Locale-free parser; see Decimal::fromString.
+Decimal DecimalAccess::parse(QStringView text, QChar separator) {
+    qsizetype i = 0;
+    const qsizetype n = text.size();
+    bool neg = false;
+    if (i < n && (text[i] == u'-' || text[i] == u'+'))
+        neg = text[i++] == u'-';
+    UInt128 mag = 0;
+    int significant = 0;
+    int exponent = 0;
+    int firstDropped = -1;
+    bool sticky = false;
+    bool anyDigit = false;
+    bool inFraction = false;
+    for (; i < n; ++i) {
+        const QChar c = text[i];
+        if (c == separator && !inFraction) {
+            inFraction = true;
+            continue;
+        }
+        if (c < u'0' || c > u'9')
+            break;
+        anyDigit = true;
+        const int digit = c.unicode() - u'0';
+        if (significant < Decimal::kMaxDigits) {
+            if (significant > 0 || digit != 0) {
+                mag = mag * 10 + digit;
+                ++significant;
+            }
+            if (inFraction)
+                --exponent;
+        } else {
+            if (firstDropped < 0)
+                firstDropped = digit;
+            else
+                sticky = sticky || digit != 0;
+            if (!inFraction)
+                ++exponent;
+        }
+    }
+    if (!anyDigit)
+        return Decimal::notANumber();
+    if (i < n && (text[i] == u'e' || text[i] == u'E')) {
+        ++i;
+        bool expNeg = false;
+        if (i < n && (text[i] == u'-' || text[i] == u'+'))
+            expNeg = text[i++] == u'-';
+        if (i == n)
+            return Decimal::notANumber();
+        int value = 0;
+        for (; i < n && text[i] >= u'0' && text[i] <= u'9'; ++i)
+            value = std::min(value * 10 + (text[i].unicode() - u'0'), 100000);
+        exponent += expNeg ? -value : value;
+    }
+    if (i != n)
+        return Decimal::notANumber();
+    if (firstDropped < 0)
+        return finish(neg, mag, exponent, Mode::Plain, kMinExponent).value;
+    const Wide wide = Wide(mag) * 100 + firstDropped * 10 + (sticky ? 1 : 0);
+    return finish(neg, wide, exponent - 2, Mode::Plain, kMinExponent).value;
+}
+
+std::string DecimalAccess::digits(const Decimal &d) {
+    UInt128 mag = magnitude(d);
+    char buffer[48];
+    char *end = buffer + sizeof buffer;
+    char *p = end;
+    do {
+        *--p = static_cast<char>('0' + static_cast<int>(mag % 10));
+        mag /= 10;
+    } while (mag != 0);
+    return std::string(p, end);
+}
+
+namespace {
+
+Decimal withBehavior(const Outcome &outcome, const Decimal &a, const Decimal &b,
+                     const DecimalBehavior &behavior) {
+    if (outcome.error != Error::None) {
+        if (auto answer = behavior.exceptionDuringOperation(outcome.error, a, b))
+            return *answer;
+    }
+    return outcome.value;
+}
+
+int minExponentOf(const DecimalBehavior &behavior) {
+    const short scale = behavior.scale();
+    return scale == Decimal::kNoScale ? kMinExponent : -scale;
+}
+
+[[maybe_unused]] const int kRegistered = [] {
+    qRegisterMetaType<Decimal>();
+    QMetaType::registerConverter<Decimal, QString>(&Decimal::toString);
+    QMetaType::registerConverter<Decimal, double>(&Decimal::toDouble);
+    return 0;
+}();
+
+} // namespace
+
+Decimal::Decimal(int value)
+    : Decimal(static_cast<long long>(value)) {}
+
+Decimal::Decimal(long long value) {
+    const bool neg = value < 0;
+    const UInt128 mag = neg ? UInt128(-(static_cast<__int128>(value))) : UInt128(value);
+    *this = DecimalAccess::normalized(neg, mag, 0);
+}
+
+Decimal Decimal::notANumber() {
+    Decimal d;
+    d.m_nan = true;
+    return d;
+}
+
+Decimal Decimal::fromString(QStringView text) {
+    return DecimalAccess::parse(text, u'.');
+}
+
+Decimal Decimal::fromString(QStringView text, QChar decimalSeparator) {
+    return DecimalAccess::parse(text, decimalSeparator);
+}
+
+Decimal Decimal::fromParts(long long mantissa, int exponent) {
+    const bool neg = mantissa < 0;
+    const UInt128 mag = neg ? UInt128(-(static_cast<__int128>(mantissa))) : UInt128(mantissa);
+    return DecimalAccess::finish(neg, mag, exponent, Mode::Plain, kMinExponent).value;
+}
+
+Decimal Decimal::fromDouble(double value) {
+    if (!std::isfinite(value))
+        return notANumber();
+    return fromString(QString::number(value, 'g', QLocale::FloatingPointShortest));
+}
+
+bool Decimal::isNaN() const {
+    return m_nan;
+}
+bool Decimal::isZero() const {
+    return !m_nan && m_coefficient == 0;
+}
+bool Decimal::isNegative() const {
+    return !m_nan && m_coefficient < 0;
+}
+
+int Decimal::sign() const {
+    if (m_nan || m_coefficient == 0)
+        return 0;
+    return m_coefficient < 0 ? -1 : 1;
+}
+
+QString Decimal::toString() const {
+    if (m_nan)
+        return QStringLiteral("NaN");
+    std::string digits = DecimalAccess::digits(*this);
+    std::string text;
+    if (m_exponent >= 0) {
+        text = digits;
+        if (m_coefficient != 0)
+            text.append(static_cast<size_t>(m_exponent), '0');
+    } else {
+        const long point = static_cast<long>(digits.size()) + m_exponent;
+        if (point > 0)
+            text = digits.substr(0, point) + '.' + digits.substr(point);
+        else
+            text = "0." + std::string(static_cast<size_t>(-point), '0') + digits;
+    }
+    if (m_coefficient < 0)
+        text.insert(text.begin(), '-');
+    return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+double Decimal::toDouble() const {
+    if (m_nan)
+        return std::numeric_limits<double>::quiet_NaN();
+    std::string text = DecimalAccess::digits(*this) + 'e' + std::to_string(m_exponent);
+    const double magnitude = std::strtod(text.c_str(), nullptr);
+    return m_coefficient < 0 ? -magnitude : magnitude;
+}
+
+long long Decimal::toLongLong() const {
+    if (m_nan || m_coefficient == 0)
+        return 0;
+    const UInt128 mag = DecimalAccess::magnitude(*this);
+    UInt128 whole;
+    if (m_exponent >= 0) {
+        const int digits = digitCount(mag);
+        whole = digits + m_exponent > 20 ? ~UInt128(0) : mag * kPow10[m_exponent];
+    } else {
+        whole = -m_exponent > kMaxDigits ? 0 : mag / kPow10[-m_exponent];
+    }
+    constexpr auto maxValue = static_cast<UInt128>(std::numeric_limits<long long>::max());
+    if (m_coefficient < 0)
+        return whole > maxValue ? std::numeric_limits<long long>::min()
+                                : -static_cast<long long>(whole);
+    return whole > maxValue ? std::numeric_limits<long long>::max() : static_cast<long long>(whole);
+}
+
+Decimal Decimal::operator+(const Decimal &other) const {
+    return DecimalAccess::add(*this, other, Mode::Plain, kMinExponent).value;
+}
+
+Decimal Decimal::operator-(const Decimal &other) const {
+    return *this + (-other);
+}
+
+Decimal Decimal::operator*(const Decimal &other) const {
+    return DecimalAccess::multiply(*this, other, Mode::Plain, kMinExponent).value;
+}
+
+Decimal Decimal::operator/(const Decimal &other) const {
+    return DecimalAccess::divide(*this, other, Mode::Plain, kMinExponent).value;
+}
+
+Decimal Decimal::operator-() const {
+    Decimal d = *this;
+    d.m_coefficient = -d.m_coefficient;
+    return d;
+}
+
+Decimal Decimal::abs() const {
+    return isNegative() ? -*this : *this;
+}
+
+Decimal Decimal::rounded(int scale, RoundingMode mode) const {
+    const int minExponent = scale == kNoScale ? kMinExponent : -scale;
+    return DecimalAccess::round(*this, mode, minExponent).value;
+}
+
+std::strong_ordering Decimal::operator<=>(const Decimal &other) const {
+    if (m_nan || other.m_nan) {
+        if (m_nan == other.m_nan)
+            return std::strong_ordering::equal;
+        return m_nan ? std::strong_ordering::less : std::strong_ordering::greater;
+    }
+    const int s = sign();
+    if (s != other.sign() || s == 0)
+        return s <=> other.sign();
+    const UInt128 ma = DecimalAccess::magnitude(*this);
+    const UInt128 mb = DecimalAccess::magnitude(other);
+    const int leadA = m_exponent + digitCount(ma);
+    const int leadB = other.m_exponent + digitCount(mb);
+    std::strong_ordering magnitude = leadA <=> leadB;
+    if (magnitude == std::strong_ordering::equal) {
+        // Same leading position: aligning adds at most 37 digits to the shorter one.
+        const int e = std::min(m_exponent, other.m_exponent);
+        magnitude = ma * kPow10[m_exponent - e] <=> mb * kPow10[other.m_exponent - e];
+    }
+    return s > 0 ? magnitude : 0 <=> magnitude;
+}
+
+bool Decimal::operator==(const Decimal &other) const {
+    return m_nan == other.m_nan && m_coefficient == other.m_coefficient &&
+           m_exponent == other.m_exponent;
+}
+
+Decimal Decimal::fromVariant(const QVariant &value) {
+    const QMetaType type = value.metaType();
+    if (type == QMetaType::fromType<Decimal>())
+        return value.value<Decimal>();
+    switch (type.id()) {
+    case QMetaType::Bool:
+    case QMetaType::Char:
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::Long:
+    case QMetaType::LongLong:
+        return Decimal(value.toLongLong());
+    case QMetaType::ULong:
+    case QMetaType::ULongLong:
+        return fromString(QString::number(value.toULongLong()));
+    case QMetaType::Float:
+    case QMetaType::Double:
+        return fromDouble(value.toDouble());
+    case QMetaType::QString:
+        return fromString(value.toString());
+    default:
+        return notANumber();
+    }
+}
+
+namespace DecimalMath {
+
+Decimal add(const Decimal &a, const Decimal &b, const DecimalBehavior &behavior) {
+    const auto outcome = DecimalAccess::add(a, b, behavior.roundingMode(), minExponentOf(behavior));
+    return withBehavior(outcome, a, b, behavior);
+}
+
+Decimal subtract(const Decimal &a, const Decimal &b, const DecimalBehavior &behavior) {
+    const auto outcome =
+        DecimalAccess::add(a, -b, behavior.roundingMode(), minExponentOf(behavior));
+    return withBehavior(outcome, a, b, behavior);
+}
+
+Decimal multiply(const Decimal &a, const Decimal &b, const DecimalBehavior &behavior) {
+    const auto outcome =
+        DecimalAccess::multiply(a, b, behavior.roundingMode(), minExponentOf(behavior));
+    return withBehavior(outcome, a, b, behavior);
+}
+
+Decimal divide(const Decimal &a, const Decimal &b, const DecimalBehavior &behavior) {
+    const auto outcome =
+        DecimalAccess::divide(a, b, behavior.roundingMode(), minExponentOf(behavior));
+    return withBehavior(outcome, a, b, behavior);
+}
+
+Decimal round(const Decimal &a, const DecimalBehavior &behavior) {
+    const auto outcome = DecimalAccess::round(a, behavior.roundingMode(), minExponentOf(behavior));
+    return withBehavior(outcome, a, Decimal(), behavior);
+}
+
+} // namespace DecimalMath
+
+size_t qHash(const Decimal &value, size_t seed) {
+    return DecimalAccess::hash(value, seed);
+}
