@@ -1,0 +1,253 @@
+#include "store/objectstore/ManagedObject.h"
+
+#include "store/objectstore/EntityDescription.h"
+#include "store/objectstore/ManagedObjectContext.h"
+#include "store/objectstore/ObjectGraph.h"
+
+namespace {
+
+const KeyValueCoding *unwrapManagedObject(const QVariant &value)
+{
+    if (value.metaType() == QMetaType::fromType<ManagedObject *>())
+        return value.value<ManagedObject *>();
+    return nullptr;
+}
+
+void registerOnce()
+{
+    static const bool registered = [] {
+        KeyValueCoding::registerUnwrapper(&unwrapManagedObject);
+        return true;
+    }();
+    (void)registered;
+}
+
+} // namespace
+
+ManagedObject::ManagedObject()
+{
+    registerOnce();
+}
+
+ManagedObject::~ManagedObject() = default;
+
+ManagedObjectContext *ManagedObject::managedObjectContext() const
+{
+    return m_deleted || m_state == State::Missing ? nullptr : m_context;
+}
+
+bool ManagedObject::isInserted() const
+{
+    return !m_deleted && !m_hasRow && m_state == State::Loaded;
+}
+
+bool ManagedObject::isUpdated() const
+{
+    return m_dirty && m_hasRow && !m_deleted;
+}
+
+bool ManagedObject::isDeleted() const
+{
+    return m_deleted;
+}
+
+bool ManagedObject::hasChanges() const
+{
+    return isInserted() || isUpdated() || (m_deleted && m_hasRow);
+}
+
+void ManagedObject::ensureLoaded() const
+{
+    if (m_state == State::Fault && m_context)
+        m_context->ensureEntityLoaded(m_entity);
+}
+
+QVariant ManagedObject::valueForKey(const QString &key) const
+{
+    const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
+    if (!slot)
+        return computedValueForKey(key);
+    switch (slot->kind) {
+    case PropertySlot::Attribute:
+        ensureLoaded();
+        return m_values[slot->index];
+    case PropertySlot::ToOne:
+        return QVariant::fromValue(objectForKey(key));
+    case PropertySlot::ToMany:
+        return QVariant::fromValue(objectsForKey(key));
+    }
+    return {};
+}
+
+QVariant ManagedObject::selfVariant() const
+{
+    return QVariant::fromValue(const_cast<ManagedObject *>(this));
+}
+
+QVariant ManagedObject::computedValueForKey(const QString &) const
+{
+    return {};
+}
+
+void ManagedObject::setValueForKey(const QVariant &value, const QString &key)
+{
+    const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
+    if (!slot)
+        return;
+    switch (slot->kind) {
+    case PropertySlot::Attribute: {
+        ensureLoaded();
+        const QVariant normalized =
+            ObjectGraph::normalize(value, m_entity->attributes()[slot->declaration].type);
+        if (m_context && !m_deleted)
+            m_context->changeAttribute(this, slot->index, normalized);
+        else
+            m_values[slot->index] = normalized;
+        return;
+    }
+    case PropertySlot::ToOne:
+        setObjectForKey(value.value<ManagedObject *>(), key);
+        return;
+    case PropertySlot::ToMany: {
+        const QList<ManagedObject *> wanted = value.value<QList<ManagedObject *>>();
+        for (ManagedObject *member : objectsForKey(key))
+            if (!wanted.contains(member))
+                removeObjectForKey(member, key);
+        for (ManagedObject *member : wanted)
+            addObjectForKey(member, key);
+        return;
+    }
+    }
+}
+
+QString ManagedObject::stringForKey(const QString &key) const
+{
+    return valueForKey(key).toString();
+}
+
+qint64 ManagedObject::integerForKey(const QString &key) const
+{
+    const QVariant v = valueForKey(key);
+    if (v.metaType() == QMetaType::fromType<Decimal>())
+        return v.value<Decimal>().toLongLong();
+    return v.toLongLong();
+}
+
+bool ManagedObject::boolForKey(const QString &key) const
+{
+    return valueForKey(key).toBool();
+}
+
+Decimal ManagedObject::decimalForKey(const QString &key) const
+{
+    return Decimal::fromVariant(valueForKey(key));
+}
+
+QDateTime ManagedObject::dateForKey(const QString &key) const
+{
+    return valueForKey(key).toDateTime();
+}
+
+QByteArray ManagedObject::dataForKey(const QString &key) const
+{
+    return valueForKey(key).toByteArray();
+}
+
+double ManagedObject::doubleForKey(const QString &key) const
+{
+    const QVariant v = valueForKey(key);
+    if (v.metaType() == QMetaType::fromType<Decimal>())
+        return v.value<Decimal>().toDouble();
+    return v.toDouble();
+}
+
+bool ManagedObject::isNullForKey(const QString &key) const
+{
+    const QVariant v = valueForKey(key);
+    return !v.isValid() || v.isNull();
+}
+
+ManagedObject *ManagedObject::objectForKey(const QString &key) const
+{
+    const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
+    if (!slot || slot->kind != PropertySlot::ToOne)
+        return nullptr;
+    ensureLoaded();
+    return ObjectGraph::visible(m_toOne[slot->index]);
+}
+
+void ManagedObject::setObjectForKey(ManagedObject *value, const QString &key)
+{
+    const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
+    if (!slot || slot->kind != PropertySlot::ToOne)
+        return;
+    if (value && value->m_context != m_context)
+        return; // links never cross contexts
+    ensureLoaded();
+    if (m_context && !m_deleted)
+        m_context->changeToOne(this, slot->index, value);
+    else
+        m_toOne[slot->index] = value;
+}
+
+QList<ManagedObject *> ManagedObject::objectsForKey(const QString &key) const
+{
+    const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
+    if (!slot || slot->kind != PropertySlot::ToMany)
+        return {};
+    if (m_context)
+        m_context->ensureToManyLoaded(m_entity->relationships()[slot->declaration]);
+    QList<ManagedObject *> members;
+    members.reserve(m_toMany[slot->index].size());
+    for (ManagedObject *member : m_toMany[slot->index])
+        if (ObjectGraph::visible(member))
+            members.append(member);
+    return members;
+}
+
+qsizetype ManagedObject::countForKey(const QString &key) const
+{
+    return objectsForKey(key).size();
+}
+
+void ManagedObject::addObjectForKey(ManagedObject *value, const QString &key)
+{
+    const RelationshipDescription *r = m_entity ? m_entity->relationship(key) : nullptr;
+    if (!value || !r || !r->toMany || !r->inverse)
+        return;
+    value->setObjectForKey(this, r->inverse->name);
+}
+
+void ManagedObject::removeObjectForKey(ManagedObject *value, const QString &key)
+{
+    const RelationshipDescription *r = m_entity ? m_entity->relationship(key) : nullptr;
+    if (!value || !r || !r->toMany || !r->inverse)
+        return;
+    if (value->objectForKey(r->inverse->name) == this)
+        value->setObjectForKey(nullptr, r->inverse->name);
+}
+
+QVariant ManagedObject::primitiveValueForKey(const QString &key) const
+{
+    const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
+    if (!slot || slot->kind != PropertySlot::Attribute)
+        return valueForKey(key);
+    ensureLoaded();
+    return m_values[slot->index];
+}
+
+void ManagedObject::setPrimitiveValueForKey(const QVariant &value, const QString &key)
+{
+    const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
+    if (!slot || slot->kind != PropertySlot::Attribute)
+        return;
+    ensureLoaded();
+    const QVariant normalized =
+        ObjectGraph::normalize(value, m_entity->attributes()[slot->declaration].type);
+    if (ObjectGraph::sameValue(m_values[slot->index], normalized))
+        return;
+    m_values[slot->index] = normalized;
+    // Still saved, but neither undone nor announced.
+    if (m_context)
+        m_context->markChanged(this);
+}

@@ -1,0 +1,573 @@
+#include "store/objectstore/ManagedObjectContext.h"
+
+#include "store/objectstore/ManagedObjectModel.h"
+#include "store/objectstore/ObjectGraph.h"
+#include "store/objectstore/PersistentStore.h"
+#include "store/objectstore/Predicate.h"
+#include "store/objectstore/SqliteConnection.h"
+#include "store/objectstore/UndoManager.h"
+
+ManagedObjectContext::ManagedObjectContext(std::shared_ptr<PersistentStore> store, QObject *parent)
+    : QObject(parent)
+    , m_store(std::move(store))
+    , m_ownUndo(std::make_unique<UndoManager>())
+{
+    const qsizetype count = m_store->model().entities().size();
+    m_byPk.resize(count);
+    m_members.resize(count);
+    m_loaded.assign(count, false);
+    setUndoManager(m_ownUndo.get());
+}
+
+ManagedObjectContext::~ManagedObjectContext()
+{
+    if (m_undo)
+        m_undo->removeAllActions();
+}
+
+const ManagedObjectModel *ManagedObjectContext::model() const
+{
+    return &m_store->model();
+}
+
+void ManagedObjectContext::setUndoManager(UndoManager *undoManager)
+{
+    if (m_undo)
+        disconnect(m_undo, nullptr, this, nullptr);
+    m_undo = undoManager;
+    if (!m_undo)
+        return;
+    auto wake = [this] {
+        const SnapshotEvent event = m_undo->isUndoing() ? SnapshotEvent::Undo : SnapshotEvent::Redo;
+        const QSet<ManagedObject *> touched = std::exchange(m_touchedByUndo, {});
+        for (ManagedObject *object : touched)
+            if (ObjectGraph::visible(object))
+                object->awakeFromSnapshotEvents(event);
+    };
+    // Objects hear about undo once the whole step has been applied.
+    connect(m_undo, &UndoManager::didUndo, this, [wake] { wake(); });
+    connect(m_undo, &UndoManager::didRedo, this, [wake] { wake(); });
+    connect(m_undo, &UndoManager::willUndo, this, [this] { m_touchedByUndo.clear(); });
+    connect(m_undo, &UndoManager::willRedo, this, [this] { m_touchedByUndo.clear(); });
+}
+
+ManagedObject *ManagedObjectContext::registeredObject(const EntityDescription *entity, qint64 pk, bool create)
+{
+    auto &table = m_byPk[entity->index()];
+    if (ManagedObject *found = table.value(pk))
+        return found;
+    if (!create)
+        return nullptr;
+    ManagedObject *object = entity->createInstance();
+    object->m_entity = entity;
+    object->m_context = this;
+    object->m_id = ObjectID(entity, m_store->uuid(), pk, false);
+    object->m_state = ManagedObject::State::Fault;
+    object->m_hasRow = true;
+    object->m_values.resize(entity->attributeCount());
+    object->m_toOne.assign(entity->toOneCount(), nullptr);
+    object->m_toMany.resize(entity->toManyCount());
+    m_objects.emplace_back(object);
+    table.insert(pk, object);
+    return object;
+}
+
+void ManagedObjectContext::addMember(ManagedObject *object)
+{
+    if (object->m_memberIndex >= 0)
+        return;
+    auto &members = m_members[object->m_entity->index()];
+    object->m_memberIndex = int(members.size());
+    members.append(object);
+}
+
+void ManagedObjectContext::removeMember(ManagedObject *object)
+{
+    if (object->m_memberIndex < 0)
+        return;
+    auto &members = m_members[object->m_entity->index()];
+    ManagedObject *last = members.last();
+    members[object->m_memberIndex] = last;
+    last->m_memberIndex = object->m_memberIndex;
+    members.removeLast();
+    object->m_memberIndex = -1;
+}
+
+ManagedObject *ManagedObjectContext::insertNewObject(const QString &entityName)
+{
+    const EntityDescription *entity = model()->entity(entityName);
+    if (!entity || entity->isAbstract())
+        return nullptr;
+    ManagedObject *object = entity->createInstance();
+    object->m_entity = entity;
+    object->m_context = this;
+    const qint64 number = m_nextTemporary++;
+    object->m_id = ObjectID(entity, m_store->uuid(), number, true);
+    object->m_state = ManagedObject::State::Loaded;
+    object->m_values.resize(entity->attributeCount());
+    object->m_toOne.assign(entity->toOneCount(), nullptr);
+    object->m_toMany.resize(entity->toManyCount());
+    const auto &attributes = entity->attributes();
+    for (int i = 0; i < attributes.size(); ++i)
+        object->m_values[i] = ObjectGraph::normalize(attributes[i].defaultValue, attributes[i].type);
+    m_objects.emplace_back(object);
+    m_byTemporary.insert(number, object);
+    addMember(object);
+    m_changed.insert(object);
+    m_pending.inserted.append(object);
+    registerUndo([this, object] { undoInsert(object); });
+    object->awakeFromInsert();
+    return object;
+}
+
+void ManagedObjectContext::registerUndo(std::function<void()> action)
+{
+    if (m_undo)
+        m_undo->registerUndo(std::move(action));
+}
+
+void ManagedObjectContext::noteTouchedByUndo(ManagedObject *object)
+{
+    if (m_undo && (m_undo->isUndoing() || m_undo->isRedoing()))
+        m_touchedByUndo.insert(object);
+}
+
+void ManagedObjectContext::takeSnapshot(ManagedObject *object)
+{
+    if (object->m_snapshot || !object->m_hasRow)
+        return;
+    object->m_snapshot = std::make_unique<ManagedObject::Snapshot>();
+    object->m_snapshot->values = object->m_values;
+    object->m_snapshot->toOne = object->m_toOne;
+}
+
+void ManagedObjectContext::markChanged(ManagedObject *object)
+{
+    takeSnapshot(object);
+    object->m_dirty = true;
+    m_changed.insert(object);
+    if (object->m_hasRow && !object->m_deleted && !m_pending.updated.contains(object))
+        m_pending.updated.append(object);
+}
+
+void ManagedObjectContext::changeAttribute(ManagedObject *object, int slot, const QVariant &value)
+{
+    const QVariant old = object->m_values[slot];
+    if (ObjectGraph::sameValue(old, value))
+        return;
+    const QString &key = object->m_entity->attributes()[slot].name;
+    object->willChangeValueForKey(key);
+    takeSnapshot(object);
+    object->m_values[slot] = value;
+    markChanged(object);
+    registerUndo([this, object, slot, old] {
+        changeAttribute(object, slot, old);
+        noteTouchedByUndo(object);
+    });
+    object->didChangeValueForKey(key);
+}
+
+void ManagedObjectContext::linkPrimitive(ManagedObject *object, int slot, ManagedObject *target)
+{
+    ManagedObject *old = object->m_toOne[slot];
+    if (old == target)
+        return;
+    const RelationshipDescription &r =
+        object->m_entity->relationships()[object->m_entity->relationshipForToOneSlot(slot)];
+    object->m_toOne[slot] = target;
+    if (!r.inverse)
+        return;
+    if (r.inverse->toMany) {
+        if (old)
+            old->m_toMany[old->m_entity->slot(r.inverse->name)->index].remove(object);
+        if (target)
+            target->m_toMany[target->m_entity->slot(r.inverse->name)->index].insert(object);
+    } else {
+        // One-to-one: the other side follows.
+        if (old)
+            old->m_toOne[old->m_entity->slot(r.inverse->name)->index] = nullptr;
+        if (target)
+            target->m_toOne[target->m_entity->slot(r.inverse->name)->index] = object;
+    }
+}
+
+void ManagedObjectContext::changeToOne(ManagedObject *object, int slot, ManagedObject *target)
+{
+    ManagedObject *old = object->m_toOne[slot];
+    if (old == target)
+        return;
+    const RelationshipDescription &r =
+        object->m_entity->relationships()[object->m_entity->relationshipForToOneSlot(slot)];
+    if (r.inverse && !r.inverse->toMany && target) {
+        // The target's previous partner loses it first, as its own undoable change.
+        const int back = target->m_entity->slot(r.inverse->name)->index;
+        if (ManagedObject *previous = target->m_toOne[back]; previous && previous != object)
+            changeToOne(previous, previous->m_entity->slot(r.name)->index, nullptr);
+    }
+    object->willChangeValueForKey(r.name);
+    takeSnapshot(object);
+    if (old && r.inverse && !r.inverse->toMany)
+        takeSnapshot(old), markChanged(old);
+    if (target && r.inverse && !r.inverse->toMany)
+        takeSnapshot(target), markChanged(target);
+    linkPrimitive(object, slot, target);
+    markChanged(object);
+    registerUndo([this, object, slot, old] {
+        changeToOne(object, slot, old);
+        noteTouchedByUndo(object);
+    });
+    object->didChangeValueForKey(r.name);
+    if (r.inverse && r.inverse->toMany) {
+        if (ManagedObject *o = ObjectGraph::visible(old))
+            o->didChangeValueForKey(r.inverse->name);
+        if (ManagedObject *t = ObjectGraph::visible(target))
+            t->didChangeValueForKey(r.inverse->name);
+    }
+}
+
+void ManagedObjectContext::deleteObject(ManagedObject *object)
+{
+    if (!object || object->m_context != this || object->m_deleted ||
+        object->m_state == ManagedObject::State::Missing)
+        return;
+    object->ensureLoaded();
+    object->prepareForDeletion();
+    const EntityDescription *entity = object->m_entity;
+    QList<ManagedObject *> cascade;
+    for (const RelationshipDescription &r : entity->relationships()) {
+        if (r.toMany) {
+            ensureToManyLoaded(r);
+            const QList<ManagedObject *> members = object->m_toMany[entity->slot(r.name)->index].values();
+            for (ManagedObject *member : members) {
+                if (!ObjectGraph::visible(member))
+                    continue;
+                if (r.deleteRule == DeleteRule::Cascade)
+                    cascade.append(member);
+                else if (r.deleteRule == DeleteRule::Nullify)
+                    changeToOne(member, member->m_entity->slot(r.inverse->name)->index, nullptr);
+            }
+        } else {
+            const int slot = entity->slot(r.name)->index;
+            ManagedObject *target = object->m_toOne[slot];
+            if (target && r.deleteRule == DeleteRule::Cascade)
+                cascade.append(target);
+            if (target && r.inverse)
+                changeToOne(object, slot, nullptr);
+        }
+    }
+    takeSnapshot(object);
+    object->m_deleted = true;
+    removeMember(object);
+    m_changed.insert(object);
+    m_pending.inserted.removeOne(object);
+    m_pending.updated.removeOne(object);
+    m_pending.deleted.append(object);
+    registerUndo([this, object] {
+        undelete(object);
+        noteTouchedByUndo(object);
+    });
+    for (ManagedObject *member : cascade)
+        deleteObject(member);
+}
+
+void ManagedObjectContext::undelete(ManagedObject *object)
+{
+    if (!object->m_deleted)
+        return;
+    object->m_deleted = false;
+    addMember(object);
+    m_changed.insert(object);
+    m_pending.deleted.removeOne(object);
+    if (object->m_hasRow)
+        markChanged(object);
+    else
+        m_pending.inserted.append(object);
+    registerUndo([this, object] {
+        // Links were restored by their own undo actions; only the deletion itself is redone.
+        takeSnapshot(object);
+        object->m_deleted = true;
+        removeMember(object);
+        m_changed.insert(object);
+        m_pending.deleted.append(object);
+        registerUndo([this, object] { undelete(object); });
+    });
+}
+
+void ManagedObjectContext::undoInsert(ManagedObject *object)
+{
+    // Links made after the insertion were undone before this; clear what is left anyway.
+    for (int slot = 0; slot < object->m_entity->toOneCount(); ++slot)
+        linkPrimitive(object, slot, nullptr);
+    object->m_deleted = true;
+    removeMember(object);
+    m_changed.insert(object);
+    m_pending.inserted.removeOne(object);
+    m_pending.updated.removeOne(object);
+    m_pending.deleted.append(object);
+    registerUndo([this, object] { redoInsert(object); });
+}
+
+void ManagedObjectContext::redoInsert(ManagedObject *object)
+{
+    object->m_deleted = false;
+    addMember(object);
+    m_changed.insert(object);
+    m_pending.deleted.removeOne(object);
+    m_pending.inserted.append(object);
+    registerUndo([this, object] { undoInsert(object); });
+}
+
+void ManagedObjectContext::ensureToManyLoaded(const RelationshipDescription &relationship)
+{
+    if (!relationship.toMany || !relationship.destination)
+        return;
+    ensureEntityLoaded(relationship.destination);
+    for (const EntityDescription *sub : relationship.destination->subentities())
+        ensureEntityLoaded(sub);
+}
+
+Result<void> ManagedObjectContext::loadEntity(const QString &entityName, bool includeSubentities)
+{
+    const EntityDescription *entity = model()->entity(entityName);
+    if (!entity)
+        return Error{ErrorCode::UnknownEntity, QStringLiteral("There is no entity named “%1”.").arg(entityName)};
+    m_lastLoadError.reset();
+    ensureEntityLoaded(entity);
+    if (includeSubentities)
+        for (const EntityDescription *sub : entity->subentities())
+            ensureEntityLoaded(sub);
+    if (m_lastLoadError)
+        return *m_lastLoadError;
+    return {};
+}
+
+ManagedObject *ManagedObjectContext::existingObjectWithID(const ObjectID &id)
+{
+    if (!id.isValid() || id.storeUuid() != m_store->uuid() || id.entity()->model() != model())
+        return nullptr;
+    ManagedObject *object = nullptr;
+    if (id.isTemporaryID()) {
+        object = m_byTemporary.value(id.number());
+    } else {
+        ensureEntityLoaded(id.entity());
+        object = registeredObject(id.entity(), id.number(), false);
+    }
+    return ObjectGraph::visible(object);
+}
+
+std::optional<ObjectID> ManagedObjectContext::managedObjectIDForURIRepresentation(const QString &uriText) const
+{
+    const auto parts = ObjectID::parseUri(uriText);
+    if (!parts || parts->storeUuid != m_store->uuid())
+        return std::nullopt;
+    const EntityDescription *entity = model()->entity(parts->entityName);
+    if (!entity || entity->isAbstract())
+        return std::nullopt;
+    return ObjectID(entity, parts->storeUuid, parts->number, parts->temporary);
+}
+
+ManagedObject *ManagedObjectContext::objectWithURI(const QString &uriText)
+{
+    const auto id = managedObjectIDForURIRepresentation(uriText);
+    return id ? existingObjectWithID(*id) : nullptr;
+}
+
+Result<QList<ManagedObject *>> ManagedObjectContext::executeFetchRequest(const FetchRequest &request)
+{
+    const EntityDescription *entity = model()->entity(request.entityName);
+    if (!entity)
+        return Error{ErrorCode::UnknownEntity,
+                     QStringLiteral("There is no entity named “%1”.").arg(request.entityName)};
+    QList<const EntityDescription *> entities{entity};
+    if (request.includesSubentities)
+        entities += entity->subentities();
+    m_lastLoadError.reset();
+    for (const EntityDescription *e : entities)
+        ensureEntityLoaded(e);
+    if (m_lastLoadError)
+        return *m_lastLoadError;
+    QList<ManagedObject *> results;
+    for (const EntityDescription *e : entities)
+        for (ManagedObject *object : m_members[e->index()])
+            if (!request.predicate || request.predicate->evaluate(*object))
+                results.append(object);
+    if (!request.sortDescriptors.isEmpty())
+        SortDescriptor::sort(results, request.sortDescriptors);
+    if (request.fetchOffset > 0)
+        results = results.mid(request.fetchOffset);
+    if (request.fetchLimit > 0 && results.size() > request.fetchLimit)
+        results.resize(request.fetchLimit);
+    return results;
+}
+
+Result<FetchRequest> ManagedObjectContext::fetchRequestFromTemplate(const QString &name,
+                                                                    const QVariantMap &variables) const
+{
+    const FetchRequestTemplate *fetchTemplate = model()->fetchRequestTemplate(name);
+    if (!fetchTemplate)
+        return Error{ErrorCode::UnknownEntity, QStringLiteral("There is no fetch request named “%1”.").arg(name)};
+    FetchRequest request(fetchTemplate->entityName);
+    if (!fetchTemplate->predicateFormat.isEmpty()) {
+        auto parsed = Predicate::parse(fetchTemplate->predicateFormat);
+        if (!parsed)
+            return Error{ErrorCode::InvalidPredicate, parsed.error().message};
+        request.predicate = std::make_shared<const Predicate>(parsed->withSubstitutionVariables(variables));
+    }
+    return request;
+}
+
+void ManagedObjectContext::processPendingChanges()
+{
+    if (m_undo)
+        m_undo->closeAutomaticGroup();
+    if (m_pending.inserted.isEmpty() && m_pending.updated.isEmpty() && m_pending.deleted.isEmpty())
+        return;
+    const ObjectsDidChange changes = std::exchange(m_pending, {});
+    emit objectsDidChange(changes);
+}
+
+bool ManagedObjectContext::hasChanges() const
+{
+    for (ManagedObject *object : m_changed)
+        if (object->hasChanges())
+            return true;
+    return false;
+}
+
+QList<ManagedObject *> ManagedObjectContext::insertedObjects() const
+{
+    QList<ManagedObject *> list;
+    for (ManagedObject *object : m_changed)
+        if (object->isInserted())
+            list.append(object);
+    return list;
+}
+
+QList<ManagedObject *> ManagedObjectContext::updatedObjects() const
+{
+    QList<ManagedObject *> list;
+    for (ManagedObject *object : m_changed)
+        if (object->isUpdated())
+            list.append(object);
+    return list;
+}
+
+QList<ManagedObject *> ManagedObjectContext::deletedObjects() const
+{
+    QList<ManagedObject *> list;
+    for (ManagedObject *object : m_changed)
+        if (object->m_deleted && object->m_hasRow)
+            list.append(object);
+    return list;
+}
+
+void ManagedObjectContext::obtainPermanentIDs(const QList<ManagedObject *> &objects)
+{
+    for (ManagedObject *object : objects) {
+        if (!object || object->m_context != this || !object->m_id.isTemporaryID())
+            continue;
+        const qint64 pk = m_store->allocatePrimaryKey(object->m_entity);
+        m_byTemporary.remove(object->m_id.number());
+        object->m_id = ObjectID(object->m_entity, m_store->uuid(), pk, false);
+        m_byPk[object->m_entity->index()].insert(pk, object);
+    }
+}
+
+Result<void> ManagedObjectContext::save()
+{
+    processPendingChanges();
+    QList<ManagedObject *> changed;
+    for (ManagedObject *object : std::as_const(m_changed))
+        if (object->hasChanges())
+            changed.append(object);
+    if (changed.isEmpty()) {
+        m_changed.clear();
+        return {};
+    }
+    if (m_store->isReadOnly())
+        return Error{ErrorCode::FileReadOnly, QStringLiteral("The document is read-only; changes cannot be saved.")};
+    QList<ManagedObject *> fresh;
+    for (ManagedObject *object : changed)
+        if (!object->m_deleted)
+            fresh.append(object);
+    obtainPermanentIDs(fresh);
+    SqliteConnection *db = connection();
+    if (!db)
+        return Error{ErrorCode::WriteFailed, m_lastLoadError ? m_lastLoadError->message : QString()};
+    if (auto r = db->exec(QStringLiteral("BEGIN IMMEDIATE")); !r)
+        return Error{ErrorCode::WriteFailed, QStringLiteral("The document could not be saved (%1).").arg(r.error().message)};
+    Result<void> written = writeChanges(*db, changed);
+    if (written)
+        written = db->exec(QStringLiteral("COMMIT"));
+    if (!written) {
+        (void)db->exec(QStringLiteral("ROLLBACK"));
+        return Error{ErrorCode::WriteFailed, QStringLiteral("The document could not be saved (%1).").arg(written.error().message)};
+    }
+    for (ManagedObject *object : std::as_const(m_changed)) {
+        object->m_hasRow = !object->m_deleted;
+        object->m_dirty = false;
+        object->m_snapshot.reset();
+    }
+    m_changed.clear();
+    emit didSave();
+    return {};
+}
+
+void ManagedObjectContext::rollback()
+{
+    processPendingChanges();
+    const QList<ManagedObject *> changed(m_changed.cbegin(), m_changed.cend());
+    QList<ManagedObject *> restored;
+    // Unlink the new objects first, then put the saved links and values back.
+    for (ManagedObject *object : changed) {
+        if (object->m_hasRow)
+            continue;
+        for (int slot = 0; slot < object->m_entity->toOneCount(); ++slot)
+            linkPrimitive(object, slot, nullptr);
+        object->m_deleted = true;
+        removeMember(object);
+    }
+    for (ManagedObject *object : changed) {
+        if (!object->m_hasRow)
+            continue;
+        if (object->m_snapshot) {
+            for (int slot = 0; slot < object->m_entity->toOneCount(); ++slot)
+                linkPrimitive(object, slot, object->m_snapshot->toOne[slot]);
+            object->m_values = object->m_snapshot->values;
+        }
+        object->m_deleted = false;
+        addMember(object);
+        restored.append(object);
+    }
+    for (ManagedObject *object : changed) {
+        object->m_dirty = false;
+        object->m_snapshot.reset();
+    }
+    m_changed.clear();
+    m_pending = {};
+    if (m_undo)
+        m_undo->removeAllActions();
+    for (ManagedObject *object : restored)
+        object->awakeFromSnapshotEvents(SnapshotEvent::Rollback);
+}
+
+void ManagedObjectContext::reset()
+{
+    if (m_undo)
+        m_undo->removeAllActions();
+    forgetObjects();
+}
+
+void ManagedObjectContext::forgetObjects()
+{
+    m_pending = {};
+    m_changed.clear();
+    m_touchedByUndo.clear();
+    m_byTemporary.clear();
+    for (auto &table : m_byPk)
+        table.clear();
+    for (auto &members : m_members)
+        members.clear();
+    m_loaded.assign(m_loaded.size(), false);
+    m_objects.clear();
+}

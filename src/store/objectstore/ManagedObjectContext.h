@@ -1,0 +1,132 @@
+#pragma once
+
+#include "store/objectstore/FetchRequest.h"
+#include "store/objectstore/ManagedObject.h"
+#include "store/objectstore/Result.h"
+
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QSet>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+class ManagedObjectModel;
+class PersistentStore;
+class SqliteConnection;
+class UndoManager;
+
+// What changed since the last processPendingChanges.
+struct ObjectsDidChange {
+    QList<ManagedObject *> inserted;
+    QList<ManagedObject *> updated;
+    QList<ManagedObject *> deleted;
+};
+
+// A scratch pad of objects over one store. It loads rows on demand, one entity table at a
+// time, tracks every change, saves the changes in one transaction, and records undo. A context
+// belongs to the thread that made it; several contexts may sit on one store file.
+class ManagedObjectContext : public QObject {
+    Q_OBJECT
+public:
+    explicit ManagedObjectContext(std::shared_ptr<PersistentStore> store,
+                                  QObject *parent = nullptr);
+    ~ManagedObjectContext() override;
+
+    PersistentStore *persistentStore() const { return m_store.get(); }
+    std::shared_ptr<PersistentStore> sharedStore() const { return m_store; }
+    const ManagedObjectModel *model() const;
+    // Contexts here have no parents; the answer is kept for code that walks up the chain.
+    ManagedObjectContext *parentContext() const { return nullptr; }
+
+    // Null turns undo off for this context (background contexts).
+    UndoManager *undoManager() const { return m_undo; }
+    void setUndoManager(UndoManager *undoManager);
+
+    ManagedObject *insertNewObject(const QString &entityName);
+    template <class T> T *insertNewObjectAs(const QString &entityName) {
+        return dynamic_cast<T *>(insertNewObject(entityName));
+    }
+    // Deletes the object and applies the delete rules of its links at once.
+    void deleteObject(ManagedObject *object);
+
+    // The object with that identity, loading its entity's rows if needed; null when the
+    // identity belongs to another store or names no living object.
+    ManagedObject *existingObjectWithID(const ObjectID &id);
+    ManagedObject *objectWithURI(const QString &uriText);
+    std::optional<ObjectID> managedObjectIDForURIRepresentation(const QString &uriText) const;
+
+    Result<QList<ManagedObject *>> executeFetchRequest(const FetchRequest &request);
+    // A named template of the model with its $variables filled in.
+    Result<FetchRequest> fetchRequestFromTemplate(const QString &name,
+                                                  const QVariantMap &variables) const;
+
+    void processPendingChanges();
+    bool hasChanges() const;
+    QList<ManagedObject *> insertedObjects() const;
+    QList<ManagedObject *> updatedObjects() const;
+    QList<ManagedObject *> deletedObjects() const;
+
+    // Writes every change since the last save in one transaction.
+    Result<void> save();
+    // Back to the state of the last save; clears undo.
+    void rollback();
+    // Forgets every object (pointers become invalid) and clears undo.
+    void reset();
+    void obtainPermanentIDs(const QList<ManagedObject *> &objects);
+
+    // Loads every row of the entity (and its subentities); the rest stays on disk until used.
+    Result<void> loadEntity(const QString &entityName, bool includeSubentities = true);
+    // The last error met while loading rows on demand, where no caller could be told.
+    const std::optional<Error> &lastLoadError() const { return m_lastLoadError; }
+
+signals:
+    void objectsDidChange(const ObjectsDidChange &changes);
+    void didSave();
+
+private:
+    friend class ManagedObject;
+    friend class ObjectGraph;
+
+    void ensureEntityLoaded(const EntityDescription *entity);
+    void ensureToManyLoaded(const RelationshipDescription &relationship);
+    ManagedObject *registeredObject(const EntityDescription *entity, qint64 pk, bool create);
+    void addMember(ManagedObject *object);
+    void removeMember(ManagedObject *object);
+
+    // Change primitives: each records undo, marks changes and calls hooks.
+    void changeAttribute(ManagedObject *object, int slot, const QVariant &value);
+    void changeToOne(ManagedObject *object, int slot, ManagedObject *target);
+    void linkPrimitive(ManagedObject *object, int slot, ManagedObject *target);
+    void markChanged(ManagedObject *object);
+    void takeSnapshot(ManagedObject *object);
+    void undoInsert(ManagedObject *object);
+    void redoInsert(ManagedObject *object);
+    void undelete(ManagedObject *object);
+    void registerUndo(std::function<void()> action);
+    void noteTouchedByUndo(ManagedObject *object);
+    void forgetObjects();
+
+    Result<void> writeChanges(SqliteConnection &connection, const QList<ManagedObject *> &changed);
+    SqliteConnection *connection();
+
+    std::shared_ptr<PersistentStore> m_store;
+    std::unique_ptr<SqliteConnection> m_connection;
+    quint64 m_connectionGeneration = 0;
+    UndoManager *m_undo = nullptr;
+    std::unique_ptr<UndoManager> m_ownUndo;
+
+    std::vector<std::unique_ptr<ManagedObject>> m_objects; // every object ever made here
+    std::vector<QHash<qint64, ManagedObject *>> m_byPk;    // per entity index
+    QHash<qint64, ManagedObject *> m_byTemporary;
+    std::vector<QList<ManagedObject *>> m_members;        // live objects per entity index
+    std::vector<bool> m_loaded;                           // per entity index
+    QSet<ManagedObject *> m_changed;                      // since the last save
+    ObjectsDidChange m_pending;
+    QSet<ManagedObject *> m_touchedByUndo;
+    qint64 m_nextTemporary = 1;
+    bool m_loading = false;
+    std::optional<Error> m_lastLoadError;
+};

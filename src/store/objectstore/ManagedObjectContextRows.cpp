@@ -1,0 +1,237 @@
+// Reading and writing rows: the part of ManagedObjectContext that talks to SQLite.
+#include "store/objectstore/ManagedObjectContext.h"
+
+#include "store/objectstore/ManagedObjectModel.h"
+#include "store/objectstore/ObjectGraph.h"
+#include "store/objectstore/PersistentStore.h"
+#include "store/objectstore/SqliteConnection.h"
+
+#include <QDateTime>
+#include <QStringList>
+#include <QTimeZone>
+
+#include <sqlite3.h>
+
+namespace {
+
+QString quoted(const QString &identifier)
+{
+    return u'"' + identifier + u'"';
+}
+
+// Column names of an entity's table after "pk", in the order rows are read and written.
+QStringList columnsOf(const EntityDescription *entity)
+{
+    QStringList columns;
+    for (const auto &a : entity->attributes())
+        if (!a.transient)
+            columns.append(quoted(PersistentStore::attributeColumn(a.name)));
+    for (const auto &r : entity->relationships())
+        if (!r.toMany) {
+            columns.append(quoted(PersistentStore::linkColumn(r.name)));
+            columns.append(quoted(PersistentStore::linkEntityColumn(r.name)));
+        }
+    return columns;
+}
+
+QVariant readColumn(sqlite3_stmt *stmt, int column, AttributeType type)
+{
+    if (sqlite3_column_type(stmt, column) == SQLITE_NULL)
+        return {};
+    switch (type) {
+    case AttributeType::String: {
+        const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(stmt, column));
+        return QVariant(QString::fromUtf8(text, sqlite3_column_bytes(stmt, column)));
+    }
+    case AttributeType::Integer:
+        return QVariant(qint64(sqlite3_column_int64(stmt, column)));
+    case AttributeType::Boolean:
+        return QVariant(sqlite3_column_int64(stmt, column) != 0);
+    case AttributeType::Decimal: {
+        const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(stmt, column));
+        return QVariant::fromValue(Decimal::fromString(
+            QString::fromLatin1(text, sqlite3_column_bytes(stmt, column))));
+    }
+    case AttributeType::Date:
+        return QVariant(QDateTime::fromMSecsSinceEpoch(sqlite3_column_int64(stmt, column), QTimeZone::utc()));
+    case AttributeType::Binary: {
+        const auto *bytes = static_cast<const char *>(sqlite3_column_blob(stmt, column));
+        return QVariant(QByteArray(bytes, sqlite3_column_bytes(stmt, column)));
+    }
+    case AttributeType::Float:
+        return QVariant(sqlite3_column_double(stmt, column));
+    }
+    return {};
+}
+
+void bindValue(sqlite3_stmt *stmt, int index, const QVariant &value, AttributeType type)
+{
+    if (!value.isValid() || value.isNull()) {
+        sqlite3_bind_null(stmt, index);
+        return;
+    }
+    switch (type) {
+    case AttributeType::String: {
+        const QByteArray utf8 = value.toString().toUtf8();
+        sqlite3_bind_text(stmt, index, utf8.constData(), int(utf8.size()), SQLITE_TRANSIENT);
+        return;
+    }
+    case AttributeType::Integer:
+        sqlite3_bind_int64(stmt, index, value.toLongLong());
+        return;
+    case AttributeType::Boolean:
+        sqlite3_bind_int64(stmt, index, value.toBool() ? 1 : 0);
+        return;
+    case AttributeType::Decimal: {
+        const QByteArray text = value.value<Decimal>().toString().toLatin1();
+        sqlite3_bind_text(stmt, index, text.constData(), int(text.size()), SQLITE_TRANSIENT);
+        return;
+    }
+    case AttributeType::Date:
+        sqlite3_bind_int64(stmt, index, value.toDateTime().toMSecsSinceEpoch());
+        return;
+    case AttributeType::Binary: {
+        const QByteArray bytes = value.toByteArray();
+        sqlite3_bind_blob(stmt, index, bytes.constData(), int(bytes.size()), SQLITE_TRANSIENT);
+        return;
+    }
+    case AttributeType::Float:
+        sqlite3_bind_double(stmt, index, value.toDouble());
+        return;
+    }
+}
+
+} // namespace
+
+SqliteConnection *ManagedObjectContext::connection()
+{
+    const quint64 generation = m_store->generation();
+    if (!m_connection || generation != m_connectionGeneration) {
+        m_connection.reset();
+        auto opened = m_store->openConnection();
+        if (!opened) {
+            m_lastLoadError = opened.error();
+            return nullptr;
+        }
+        m_connection = std::move(*opened);
+        m_connectionGeneration = generation;
+    }
+    return m_connection.get();
+}
+
+void ManagedObjectContext::ensureEntityLoaded(const EntityDescription *entity)
+{
+    if (!entity || entity->isAbstract() || m_loaded[entity->index()])
+        return;
+    m_loaded[entity->index()] = true;
+    SqliteConnection *db = connection();
+    if (!db)
+        return;
+    const QString sql = QStringLiteral("SELECT pk, %1 FROM %2")
+                            .arg(columnsOf(entity).join(QStringLiteral(", ")),
+                                 quoted(PersistentStore::tableName(entity)));
+    SqliteStatement *stmt = db->statement(sql);
+    if (!stmt) {
+        m_lastLoadError = Error{ErrorCode::FileDamaged, db->lastError()};
+        return;
+    }
+    const auto &attributes = entity->attributes();
+    const auto &relationships = entity->relationships();
+    QList<ManagedObject *> loaded;
+    int rc;
+    while ((rc = stmt->step()) == SQLITE_ROW) {
+        sqlite3_stmt *row = stmt->handle();
+        ManagedObject *object = registeredObject(entity, sqlite3_column_int64(row, 0), true);
+        if (object->m_state != ManagedObject::State::Fault)
+            continue;
+        int column = 1;
+        for (int i = 0; i < attributes.size(); ++i)
+            if (!attributes[i].transient)
+                object->m_values[i] = readColumn(row, column++, attributes[i].type);
+        for (int slot = 0; slot < entity->toOneCount(); ++slot) {
+            const RelationshipDescription &r = relationships[entity->relationshipForToOneSlot(slot)];
+            const bool present = sqlite3_column_type(row, column) != SQLITE_NULL;
+            const qint64 pk = sqlite3_column_int64(row, column);
+            const EntityDescription *target = m_store->entityForCode(sqlite3_column_int(row, column + 1));
+            column += 2;
+            if (!present || !target || !target->isKindOfEntity(r.destination))
+                continue;
+            ManagedObject *other = registeredObject(target, pk, true);
+            object->m_toOne[slot] = other;
+            if (r.inverse && r.inverse->toMany)
+                other->m_toMany[target->slot(r.inverse->name)->index].insert(object);
+        }
+        object->m_state = ManagedObject::State::Loaded;
+        object->m_hasRow = true;
+        addMember(object);
+        loaded.append(object);
+    }
+    stmt->reset();
+    if (rc != SQLITE_DONE)
+        m_lastLoadError = Error{ErrorCode::FileDamaged, db->lastError()};
+    // Links to rows that do not exist (any more) read as empty.
+    for (ManagedObject *object : std::as_const(m_byPk[entity->index()]))
+        if (object->m_state == ManagedObject::State::Fault)
+            object->m_state = ManagedObject::State::Missing;
+    for (ManagedObject *object : loaded)
+        object->awakeFromFetch();
+}
+
+Result<void> ManagedObjectContext::writeChanges(SqliteConnection &db, const QList<ManagedObject *> &changed)
+{
+    for (ManagedObject *object : changed) {
+        const EntityDescription *entity = object->m_entity;
+        const QString table = quoted(PersistentStore::tableName(entity));
+        SqliteStatement *stmt = nullptr;
+        if (object->m_deleted) {
+            if (!object->m_hasRow)
+                continue;
+            stmt = db.statement(QStringLiteral("DELETE FROM %1 WHERE pk = ?").arg(table));
+            if (!stmt)
+                return Error{ErrorCode::WriteFailed, db.lastError()};
+            sqlite3_bind_int64(stmt->handle(), 1, object->m_id.number());
+        } else {
+            if (object->m_hasRow && !object->m_dirty)
+                continue;
+            const QStringList columns = columnsOf(entity);
+            if (object->m_hasRow) {
+                QStringList assignments;
+                for (const QString &c : columns)
+                    assignments.append(c + QStringLiteral(" = ?"));
+                stmt = db.statement(QStringLiteral("UPDATE %1 SET %2 WHERE pk = ?%3")
+                                        .arg(table, assignments.join(QStringLiteral(", ")))
+                                        .arg(columns.size() + 1));
+            } else {
+                stmt = db.statement(QStringLiteral("INSERT INTO %1 (%2, pk) VALUES (%3?%4)")
+                                        .arg(table, columns.join(QStringLiteral(", ")),
+                                             QStringLiteral("?, ").repeated(columns.size()))
+                                        .arg(columns.size() + 1));
+            }
+            if (!stmt)
+                return Error{ErrorCode::WriteFailed, db.lastError()};
+            sqlite3_stmt *s = stmt->handle();
+            int index = 1;
+            const auto &attributes = entity->attributes();
+            for (int i = 0; i < attributes.size(); ++i)
+                if (!attributes[i].transient)
+                    bindValue(s, index++, object->m_values[i], attributes[i].type);
+            for (int slot = 0; slot < entity->toOneCount(); ++slot) {
+                ManagedObject *target = ObjectGraph::visible(object->m_toOne[slot]);
+                if (target && !target->m_id.isTemporaryID()) {
+                    sqlite3_bind_int64(s, index, target->m_id.number());
+                    sqlite3_bind_int(s, index + 1, m_store->entityCode(target->m_entity));
+                } else {
+                    sqlite3_bind_null(s, index);
+                    sqlite3_bind_null(s, index + 1);
+                }
+                index += 2;
+            }
+            sqlite3_bind_int64(s, index, object->m_id.number());
+        }
+        const int rc = stmt->step();
+        stmt->reset();
+        if (rc != SQLITE_DONE)
+            return Error{ErrorCode::WriteFailed, db.lastError()};
+    }
+    return {};
+}

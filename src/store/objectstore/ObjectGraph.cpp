@@ -1,0 +1,56 @@
+#include "store/objectstore/ObjectGraph.h"
+
+#include "billing/money/Decimal.h"
+#include "store/objectstore/ManagedObject.h"
+
+#include <QDateTime>
+#include <QTimeZone>
+
+QVariant ObjectGraph::normalize(const QVariant &value, AttributeType type)
+{
+    if (!value.isValid() || value.isNull())
+        return {};
+    switch (type) {
+    case AttributeType::String:
+        return value.metaType() == QMetaType::fromType<QString>() ? value : QVariant(value.toString());
+    case AttributeType::Integer:
+        if (value.metaType() == QMetaType::fromType<Decimal>())
+            return QVariant(qint64(value.value<Decimal>().toLongLong()));
+        return QVariant(value.toLongLong());
+    case AttributeType::Boolean:
+        return QVariant(value.toBool());
+    case AttributeType::Decimal:
+        return QVariant::fromValue(Decimal::fromVariant(value));
+    case AttributeType::Date: {
+        const QDateTime date = value.toDateTime();
+        if (!date.isValid())
+            return {};
+        return QVariant(QDateTime::fromMSecsSinceEpoch(date.toMSecsSinceEpoch(), QTimeZone::utc()));
+    }
+    case AttributeType::Binary:
+        return QVariant(value.toByteArray());
+    case AttributeType::Float:
+        if (value.metaType() == QMetaType::fromType<Decimal>())
+            return QVariant(value.value<Decimal>().toDouble());
+        return QVariant(value.toDouble());
+    }
+    return {};
+}
+
+ManagedObject *ObjectGraph::visible(ManagedObject *object)
+{
+    if (!object || object->isDeleted() || object->m_state == ManagedObject::State::Missing)
+        return nullptr;
+    return object;
+}
+
+bool ObjectGraph::sameValue(const QVariant &a, const QVariant &b)
+{
+    if (a.isValid() != b.isValid())
+        return false;
+    if (!a.isValid())
+        return true;
+    if (a.metaType() != b.metaType())
+        return false;
+    return a == b;
+}

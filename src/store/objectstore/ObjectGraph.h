@@ -1,0 +1,17 @@
+#pragma once
+
+#include "store/objectstore/EntityDescription.h"
+
+#include <QVariant>
+
+class ManagedObject;
+
+// Small rules about objects and values that the object, the context and the row codec share.
+class ObjectGraph {
+public:
+    // The value in the form the attribute type keeps in memory; invalid for null.
+    static QVariant normalize(const QVariant &value, AttributeType type);
+    // The object, or null when it is gone (deleted, insertion undone, row missing).
+    static ManagedObject *visible(ManagedObject *object);
+    static bool sameValue(const QVariant &a, const QVariant &b);
+};

@@ -1,0 +1,234 @@
+#include "TestModel.h"
+
+#include "store/objectstore/ManagedObjectContext.h"
+#include "store/objectstore/PersistentStore.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+QByteArray fileHash(const QString &path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return {};
+    return QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha256);
+}
+
+void writeDocument(const QString &path, const ManagedObjectModel &model, int owners)
+{
+    auto store = PersistentStore::create(path, model);
+    ASSERT_TRUE(store.ok());
+    ManagedObjectContext ctx(*store);
+    for (int i = 0; i < owners; ++i)
+        ctx.insertNewObject(QStringLiteral("Owner"))->setValueForKey(QStringLiteral("owner %1").arg(i), QStringLiteral("name"));
+    ASSERT_TRUE(ctx.save().ok());
+}
+
+struct StoreFile : ::testing::Test {
+    std::unique_ptr<ManagedObjectModel> model = makeTestModel();
+    QTemporaryDir dir;
+};
+
+TEST_F(StoreFile, BadFilesAreRefusedWithAClearErrorAndNeverChanged)
+{
+    const QString good = dir.filePath(QStringLiteral("good.tadb"));
+    writeDocument(good, *model, 300);
+    QFile source(good);
+    ASSERT_TRUE(source.open(QIODevice::ReadOnly));
+    const QByteArray bytes = source.readAll();
+
+    struct Case {
+        QString name;
+        QByteArray content;
+        int code;
+    };
+    QByteArray random(4096 * 3, '\0');
+    QRandomGenerator generator(42);
+    for (char &c : random)
+        c = char(generator.bounded(256));
+    const QList<Case> cases{
+        {QStringLiteral("truncated.tadb"), bytes.left(bytes.size() / 2), ErrorCode::FileDamaged},
+        {QStringLiteral("random.tadb"), random, ErrorCode::FileNotADocument},
+        {QStringLiteral("empty.tadb"), QByteArray(), ErrorCode::FileNotADocument},
+        {QStringLiteral("header-only.tadb"), bytes.left(100), ErrorCode::FileDamaged},
+    };
+    for (const Case &c : cases) {
+        const QString path = dir.filePath(c.name);
+        QFile out(path);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(c.content);
+        out.close();
+        const QByteArray before = fileHash(path);
+        auto opened = PersistentStore::open(path, *model);
+        ASSERT_FALSE(opened.ok()) << qPrintable(c.name);
+        EXPECT_TRUE(opened.error().message.contains(c.name)) << qPrintable(opened.error().message);
+        EXPECT_NE(opened.error().code, 0);
+        EXPECT_EQ(fileHash(path), before) << qPrintable(c.name);
+        EXPECT_FALSE(QFile::exists(path + QStringLiteral("-wal"))) << qPrintable(c.name);
+    }
+
+    // Another program's SQLite database.
+    const QString foreign = dir.filePath(QStringLiteral("foreign.sqlite"));
+    sqlite3 *db = nullptr;
+    sqlite3_open(foreign.toUtf8().constData(), &db);
+    sqlite3_exec(db, "CREATE TABLE songs(title TEXT); INSERT INTO songs VALUES('x');", nullptr, nullptr, nullptr);
+    sqlite3_close(db);
+    const QByteArray foreignBefore = fileHash(foreign);
+    auto opened = PersistentStore::open(foreign, *model);
+    ASSERT_FALSE(opened.ok());
+    EXPECT_EQ(opened.error().code, ErrorCode::FileNotADocument);
+    EXPECT_EQ(fileHash(foreign), foreignBefore);
+
+    auto missing = PersistentStore::open(dir.filePath(QStringLiteral("missing.tadb")), *model);
+    ASSERT_FALSE(missing.ok());
+    EXPECT_EQ(missing.error().code, ErrorCode::FileMissing);
+}
+
+TEST_F(StoreFile, UnknownModelIsRefusedAndAnOlderOneIsUpgradedInPlace)
+{
+    auto older = makeTestModel(QStringLiteral("Test_1"), false);
+    ASSERT_NE(older->versionHash(), model->versionHash());
+    const QString path = dir.filePath(QStringLiteral("old.tadb"));
+    writeDocument(path, *older, 3);
+
+    // A newer program's file as seen by this one: unknown hash.
+    const QByteArray before = fileHash(path);
+    auto refused = PersistentStore::open(path, *model);
+    ASSERT_FALSE(refused.ok());
+    EXPECT_EQ(refused.error().code, ErrorCode::FileNewerModel);
+    EXPECT_TRUE(refused.error().message.contains(QStringLiteral("Test_1")));
+    EXPECT_EQ(fileHash(path), before);
+
+    PersistentStore::Options options;
+    options.olderModels = {older.get()};
+    auto upgraded = PersistentStore::open(path, *model, options);
+    ASSERT_TRUE(upgraded.ok()) << qPrintable(upgraded.error().message);
+    EXPECT_EQ((*upgraded)->originalModelVersion(), QStringLiteral("Test_1"));
+    ManagedObjectContext ctx(*upgraded);
+    EXPECT_EQ(ctx.executeFetchRequest(FetchRequest(QStringLiteral("Owner")))->size(), 3);
+    ctx.insertNewObject(QStringLiteral("Extra"))->setValueForKey(QStringLiteral("new"), QStringLiteral("memo"));
+    ASSERT_TRUE(ctx.save().ok());
+    auto meta = PersistentStore::metadataForFile(path);
+    ASSERT_TRUE(meta.ok());
+    EXPECT_EQ(meta->modelVersion, QStringLiteral("Test_2"));
+    EXPECT_EQ(meta->modelHash, model->versionHash());
+}
+
+TEST_F(StoreFile, ReadOnlyFileOpensReadOnlyAndRefusesToSave)
+{
+    if (geteuid() == 0)
+        GTEST_SKIP() << "root can write to any file";
+    const QString path = dir.filePath(QStringLiteral("ro.tadb"));
+    writeDocument(path, *model, 2);
+    ASSERT_EQ(chmod(path.toUtf8().constData(), 0444), 0);
+    auto store = PersistentStore::open(path, *model);
+    ASSERT_TRUE(store.ok()) << qPrintable(store.error().message);
+    EXPECT_TRUE((*store)->isReadOnly());
+    ManagedObjectContext ctx(*store);
+    auto owners = *ctx.executeFetchRequest(FetchRequest(QStringLiteral("Owner")));
+    ASSERT_EQ(owners.size(), 2);
+    owners[0]->setValueForKey(QStringLiteral("x"), QStringLiteral("name"));
+    auto saved = ctx.save();
+    ASSERT_FALSE(saved.ok());
+    EXPECT_EQ(saved.error().code, ErrorCode::FileReadOnly);
+}
+
+TEST_F(StoreFile, ExplicitReadOnlyOptionAndSecondContextOnAnotherThreadSeeSavedState)
+{
+    const QString path = dir.filePath(QStringLiteral("shared.tadb"));
+    writeDocument(path, *model, 5);
+    auto store = PersistentStore::open(path, *model);
+    ASSERT_TRUE(store.ok());
+    ManagedObjectContext main(*store);
+    auto owners = *main.executeFetchRequest(FetchRequest(QStringLiteral("Owner")));
+    owners[0]->setValueForKey(qint64(77), QStringLiteral("count"));
+    ASSERT_TRUE(main.save().ok());
+
+    qint64 seen = 0;
+    qsizetype count = 0;
+    QThread *worker = QThread::create([&] {
+        ManagedObjectContext background(*store);
+        background.setUndoManager(nullptr);
+        auto found = background.executeFetchRequest(FetchRequest(QStringLiteral("Owner")));
+        count = found->size();
+        for (ManagedObject *o : *found)
+            seen += o->integerForKey(QStringLiteral("count"));
+    });
+    worker->start();
+    worker->wait();
+    delete worker;
+    EXPECT_EQ(count, 5);
+    EXPECT_EQ(seen, 77);
+
+    PersistentStore::Options readOnly;
+    readOnly.readOnly = true;
+    auto ro = PersistentStore::open(path, *model, readOnly);
+    ASSERT_TRUE(ro.ok());
+    EXPECT_TRUE((*ro)->isReadOnly());
+}
+
+// A child process saves in a loop, each save writing one generation number into every
+// object; it is killed at random moments. The file must always open, with every object of
+// one generation: the state before or after the interrupted save, never a mixture.
+TEST_F(StoreFile, KillDuringSaveLeavesTheLastSavedStateReadable)
+{
+    const QString path = dir.filePath(QStringLiteral("crash.tadb"));
+    writeDocument(path, *model, 0);
+    QRandomGenerator generator(7);
+    qint64 lastGeneration = -1;
+    for (int round = 0; round < 6; ++round) {
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            auto store = PersistentStore::open(path, *model);
+            if (!store.ok())
+                _exit(3);
+            ManagedObjectContext ctx(*store);
+            ctx.setUndoManager(nullptr);
+            auto owners = *ctx.executeFetchRequest(FetchRequest(QStringLiteral("Owner")));
+            while (owners.size() < 200)
+                owners.append(ctx.insertNewObject(QStringLiteral("Owner")));
+            qint64 generation = owners[0]->integerForKey(QStringLiteral("count"));
+            for (;;) {
+                ++generation;
+                for (ManagedObject *o : owners)
+                    o->setValueForKey(generation, QStringLiteral("count"));
+                if (!ctx.save().ok())
+                    _exit(4);
+            }
+        }
+        usleep(20000 + generator.bounded(80000));
+        kill(child, SIGKILL);
+        int status = 0;
+        waitpid(child, &status, 0);
+        ASSERT_TRUE(WIFSIGNALED(status)) << "the saving child stopped on its own: " << WEXITSTATUS(status);
+
+        auto store = PersistentStore::open(path, *model);
+        ASSERT_TRUE(store.ok()) << qPrintable(store.error().message);
+        ManagedObjectContext ctx(*store);
+        auto owners = *ctx.executeFetchRequest(FetchRequest(QStringLiteral("Owner")));
+        if (owners.isEmpty())
+            continue; // killed before the first save
+        ASSERT_EQ(owners.size(), 200);
+        const qint64 generation = owners[0]->integerForKey(QStringLiteral("count"));
+        for (ManagedObject *o : owners)
+            ASSERT_EQ(o->integerForKey(QStringLiteral("count")), generation);
+        EXPECT_GE(generation, lastGeneration);
+        lastGeneration = generation;
+    }
+    EXPECT_GT(lastGeneration, 0);
+}
+
+} // namespace
