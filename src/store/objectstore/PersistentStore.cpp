@@ -187,17 +187,12 @@ Result<StoreMetadata> PersistentStore::metadataForFile(const QString &path)
     if (header != QByteArray("SQLite format 3\0", 16))
         return Error{ErrorCode::FileNotADocument,
                      QStringLiteral("“%1” is not a Billfold document.").arg(displayName(path))};
-    auto connection = SqliteConnection::open(path, SqliteConnection::Mode::ReadOnly);
+    // Read as immutable: no lock, no log, no side file is made next to a file we may refuse.
+    // The identity rows are written once, at creation, so the log cannot hide a newer one.
+    auto connection = SqliteConnection::open(immutableUri(path), SqliteConnection::Mode::ReadOnly, true);
     if (!connection)
         return openError(path, SQLITE_CANTOPEN, connection.error().message);
     auto meta = readMeta(**connection, path);
-    if (!meta && meta.error().code == ErrorCode::FileNotReadable) {
-        // A write-ahead-logged file in a folder we may not write to: read it as immutable.
-        connection = SqliteConnection::open(immutableUri(path), SqliteConnection::Mode::ReadOnly, true);
-        if (!connection)
-            return openError(path, SQLITE_CANTOPEN, connection.error().message);
-        meta = readMeta(**connection, path);
-    }
     if (!meta)
         return meta.error();
     if (looksTruncated(path, **connection))
