@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# Configures and builds one build tree. Usage: scripts/build.sh BUILD_DIR [cmake options...]
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+build=$1
+shift
+cmake -S "$root" -B "$build" -G Ninja "$@" >"$build.configure.log" 2>&1 || {
+    cat "$build.configure.log"
+    exit 1
+}
+cmake --build "$build" -j"$(nproc)"
