@@ -28,7 +28,8 @@ public:
     Decimal() = default; // zero
     Decimal(int value);
     Decimal(long long value);
-    Decimal(long value) : Decimal(static_cast<long long>(value)) {}
+    Decimal(long value)
+        : Decimal(static_cast<long long>(value)) {}
 
     static Decimal notANumber();
     // Locale-free text: optional sign, digits with an optional '.' fraction, optional exponent
