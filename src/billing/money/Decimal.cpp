@@ -92,6 +92,26 @@ bool roundsAway(Mode mode, bool negative, bool quotientOdd, int versusHalf, bool
     return false;
 }
 
+// m / 10^k with a constant divisor per case, which compiles to a multiply instead of a divide.
+uint64_t dividePow10(uint64_t m, int k) {
+    switch (k) {
+    case 1:
+        return m / 10;
+    case 2:
+        return m / 100;
+    case 3:
+        return m / 1000;
+    case 4:
+        return m / 10000;
+    case 5:
+        return m / 100000;
+    case 6:
+        return m / 1000000;
+    default:
+        return m / static_cast<uint64_t>(kPow10[k]);
+    }
+}
+
 struct Dropped {
     UInt128 kept;
     bool inexact;
@@ -107,7 +127,7 @@ Dropped dropDigits(UInt128 mag, int k, int digits, Mode mode, bool negative) {
     if ((mag >> 64) == 0 && k <= 19) {
         const auto m = static_cast<uint64_t>(mag);
         const auto p = static_cast<uint64_t>(kPow10[k]);
-        q = m / p;
+        q = dividePow10(m, k);
         r = m - static_cast<uint64_t>(q) * p;
         half = p / 2;
     } else {
@@ -202,7 +222,8 @@ public:
                 ++exponent;
             }
         }
-        if (exponent + digitCount(mag) - 1 > kMaxLeadingPosition)
+        if (exponent > kMaxLeadingPosition - Decimal::kMaxDigits &&
+            exponent + digitCount(mag) - 1 > kMaxLeadingPosition)
             return Decimal::notANumber();
         return make(negative, mag, exponent);
     }
@@ -228,11 +249,11 @@ private:
 };
 
 Outcome DecimalAccess::add(const Decimal &a, const Decimal &b, Mode mode, int minExponent) {
-    if (a.isNaN() || b.isNaN())
+    if (a.m_nan || b.m_nan)
         return {Decimal::notANumber()};
-    if (a.isZero())
+    if (a.m_coefficient == 0)
         return round(b, mode, minExponent);
-    if (b.isZero())
+    if (b.m_coefficient == 0)
         return round(a, mode, minExponent);
     const int diff = a.m_exponent - b.m_exponent;
     if (fitsInt64(a) && fitsInt64(b) && diff <= 18 && diff >= -18) {
