@@ -203,7 +203,8 @@ public:
         } else {
             kept = toUInt128(mag);
         }
-        return {normalized(negative, kept, keep), error};
+        const Decimal result = normalized(negative, kept, keep);
+        return {result, result.m_nan ? Error::Overflow : error};
     }
 
     static Decimal normalized(bool negative, UInt128 mag, int exponent) {

@@ -55,7 +55,8 @@ QLocale MoneyLocale::monetary() {
     static const QString name = environmentMonetaryName();
     if (name.isEmpty())
         return numeric();
-    return QLocale(name);
+    static const QLocale fromEnvironment(name);
+    return fromEnvironment;
 }
 
 icu::Locale MoneyLocale::icuLocale(const QLocale &locale) {

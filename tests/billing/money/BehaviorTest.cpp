@@ -56,6 +56,9 @@ TEST(TADecimalNumberBehavior, DivisionByZeroAnswersTheLeftOperand) {
     EXPECT_EQ(DecimalMath::divide(D("12.345"), Decimal(), usd), D("12.345"));
     EXPECT_EQ(DecimalMath::divide(Decimal(), Decimal(), usd), Decimal());
     EXPECT_FALSE(usd.exceptionDuringOperation(Decimal::CalculationError::Overflow, D("1"), D("2")));
+    // Other failures let the operation's own result stand: an overflow is not-a-number.
+    EXPECT_TRUE(DecimalMath::multiply(D("1e150"), D("1e150"), usd).isNaN());
+    EXPECT_EQ(DecimalMath::multiply(D("1e-100"), D("1e-100"), usd), Decimal());
     EXPECT_FALSE(
         usd.exceptionDuringOperation(Decimal::CalculationError::LossOfPrecision, D("1"), D("2")));
 }
