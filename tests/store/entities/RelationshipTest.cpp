@@ -81,10 +81,23 @@ TEST_F(RelationshipTest, SeveralHistoryRecordsMayRelateToOneObject) {
     EXPECT_EQ(second->relatedInvoice(), invoice);
     EXPECT_EQ(invoice->history(), QList<TAHistory *>{first});
 
+    // The root's one-way link must not point at a deleted record.
+    auto *client = insert<TAClient>(TAEntity::Client);
+    client->setAltHistory(second);
+    auto *gone = insert<TAHistory>(TAEntity::History);
+    invoice->setAltHistory(gone);
+    context()->deleteObject(gone);
+    EXPECT_EQ(invoice->altHistory(), nullptr);
+
     context()->deleteObject(invoice);
     EXPECT_TRUE(first->isDeleted()); // owned history goes with the invoice
     EXPECT_FALSE(second->isDeleted());
     EXPECT_EQ(second->relatedInvoice(), nullptr);
+    saveAndReopen();
+    auto *reopened = dynamic_cast<TAClient *>(fetch(TAEntity::Client).value(0));
+    ASSERT_NE(reopened, nullptr);
+    ASSERT_NE(reopened->altHistory(), nullptr);
+    EXPECT_EQ(reopened->altHistory()->relatedInvoice(), nullptr);
 }
 
 TEST_F(RelationshipTest, DeletingAnInvoiceTakesPaymentsAndHistoryAndLeavesItems) {
