@@ -1,0 +1,124 @@
+#include "DataFixture.h"
+
+#include "store/entities/TAHistory.h"
+#include "store/entities/TAInvoice.h"
+#include "store/entities/TAMaterial.h"
+#include "store/entities/TAPayment.h"
+#include "store/entities/TAProject.h"
+#include "store/entities/TATimer.h"
+
+namespace {
+using DeletionTest = DataFixture;
+
+bool gone(const ManagedObject *object) {
+    return object->managedObjectContext() == nullptr;
+}
+
+struct ProjectWithItems {
+    TAProject *project;
+    TATimer *running;
+    TAMaterial *material;
+    TATimer *invoiced;
+    TAInvoice *invoice;
+};
+
+ProjectWithItems makeProject(TADatabase &db) {
+    ProjectWithItems p{};
+    p.project = db.createProject();
+    p.running = db.createTimer();
+    p.running->setProject(p.project);
+    p.material = db.createMaterial();
+    p.material->setProject(p.project);
+    p.invoice = db.createInvoice();
+    p.invoiced = db.createTimer();
+    p.invoiced->setProject(p.project);
+    p.invoiced->setInvoice(p.invoice);
+    return p;
+}
+} // namespace
+
+TEST_F(DeletionTest, ProjectTakesItsUninvoicedItemsAndStopsItsTimers) {
+    for (bool many : {false, true}) {
+        ProjectWithItems p = makeProject(db());
+        TAHistory *created = p.project->history().value(0);
+        ASSERT_NE(created, nullptr);
+        app.active = {p.running, p.invoiced};
+        app.main = p.running;
+        app.removed.clear();
+        const int refreshes = doc->hooks.refreshes;
+
+        if (many)
+            db().deleteObjects({p.project});
+        else
+            db().deleteObject(p.project);
+
+        EXPECT_TRUE(gone(p.project));
+        EXPECT_TRUE(gone(p.running));
+        EXPECT_TRUE(gone(p.material));
+        EXPECT_TRUE(gone(created));
+        EXPECT_FALSE(gone(p.invoiced));
+        EXPECT_EQ(p.invoiced->invoice(), p.invoice);
+        EXPECT_EQ(p.invoiced->project(), nullptr);
+        EXPECT_EQ(app.removed, QList<ManagedObject *>({p.running}));
+        EXPECT_EQ(app.main, nullptr);
+        EXPECT_EQ(doc->hooks.refreshes, refreshes + 1);
+    }
+}
+
+TEST_F(DeletionTest, InvoiceLeavesItsItemsAndTakesItsPayments) {
+    ProjectWithItems p = makeProject(db());
+    TAPayment *payment = db().createPayment();
+    payment->setInvoiceRelationship(p.invoice);
+    db().deleteObject(p.invoice);
+    EXPECT_TRUE(gone(p.invoice));
+    EXPECT_TRUE(gone(payment));
+    EXPECT_FALSE(gone(p.invoiced));
+    EXPECT_EQ(p.invoiced->invoice(), nullptr);
+    EXPECT_EQ(p.invoiced->project(), p.project);
+
+    // A timer deleted by itself is stopped first; nothing happens for null.
+    app.active = {p.running};
+    db().deleteObject(p.running);
+    EXPECT_EQ(app.removed, QList<ManagedObject *>({p.running}));
+    db().deleteObject(nullptr);
+    db().deleteObjects({nullptr});
+}
+
+TEST_F(DeletionTest, TemplateHandsItsInvoicesToTheFirstRemainingOne) {
+    doc->addTemplate("One");
+    doc->addTemplate("Two");
+    doc->addTemplate("Three");
+    const QList<LMInvoiceTemplateClass *> templates = db().getTemplates();
+    ASSERT_EQ(templates.size(), 3);
+    TAInvoice *a = db().createInvoice();
+    TAInvoice *b = db().createInvoice();
+    a->setInvoiceTemplate(templates[0]);
+    b->setInvoiceTemplate(templates[0]);
+
+    db().deleteObject(templates[0]);
+    EXPECT_EQ(doc->hooks.templatesRemoved, QList<ManagedObject *>({templates[0]}));
+    const QList<LMInvoiceTemplateClass *> left = db().getTemplates();
+    ASSERT_EQ(left.size(), 2);
+    EXPECT_EQ(a->invoiceTemplate(), left.first());
+    EXPECT_EQ(b->invoiceTemplate(), left.first());
+
+    db().deleteObjects({left[0], left[1]});
+    EXPECT_TRUE(db().getTemplates().isEmpty());
+    EXPECT_EQ(a->invoiceTemplate(), nullptr);
+}
+
+TEST_F(DeletionTest, UnassignedTimersAreRemovedAndStopped) {
+    TATimer *loose = db().createTimer();
+    TATimer *onProject = db().createTimer();
+    onProject->setProject(db().createProject());
+    TATimer *onInvoice = db().createTimer();
+    onInvoice->setInvoice(db().createInvoice());
+    app.active = {loose};
+
+    db().deleteUnassignedTimers();
+    EXPECT_TRUE(gone(loose));
+    EXPECT_FALSE(gone(onProject));
+    EXPECT_FALSE(gone(onInvoice));
+    EXPECT_EQ(app.removed, QList<ManagedObject *>({loose}));
+    EXPECT_EQ(db().getTimers().size(), 2);
+}
