@@ -107,7 +107,9 @@ Number toNumber(const QVariant &value) {
     case QMetaType::Double:
     case QMetaType::Float:
         number.isInteger = false;
-        number.decimal = Decimal::fromDouble(value.toDouble());
+        number.isDouble = true;
+        number.real = value.toDouble();
+        number.decimal = Decimal::fromDouble(number.real);
         return number;
     case QMetaType::ULongLong:
     case QMetaType::ULong:
@@ -133,6 +135,8 @@ Number toNumber(const QVariant &value) {
 int compareNumbers(const Number &a, const Number &b) {
     if (a.isInteger && b.isInteger)
         return threeWay(a.integer, b.integer);
+    if (a.isDouble && b.isDouble)
+        return threeWay(a.real, b.real);
     const Decimal left = a.isInteger ? Decimal(static_cast<long long>(a.integer)) : a.decimal;
     const Decimal right = b.isInteger ? Decimal(static_cast<long long>(b.integer)) : b.decimal;
     const std::strong_ordering order = left <=> right;

@@ -28,7 +28,9 @@ constexpr StringOptions DiacriticInsensitive = TextFolding::DiacriticInsensitive
 // A number prepared for repeated comparison: integers stay integers, the rest is exact.
 struct Number {
     bool isInteger = true;
+    bool isDouble = false; // two doubles compare as doubles, not through rounded decimals
     qint64 integer = 0;
+    double real = 0;
     Decimal decimal;
 };
 Number toNumber(const QVariant &value); // value must be of kind Number

@@ -206,6 +206,7 @@ TEST(Predicate, ValuesCompareByKindNeverAcrossKinds) {
         return parsed(format, arguments).evaluate(a);
     };
     EXPECT_TRUE(test("int == double"));
+    EXPECT_TRUE(test("double < %@", {2.0000000000000004}));
     EXPECT_TRUE(test("int == 2.0"));
     EXPECT_TRUE(test("decimal == 10"));
     EXPECT_TRUE(test("decimal > 9.99"));
