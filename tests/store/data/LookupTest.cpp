@@ -16,17 +16,11 @@
 namespace {
 using LookupTest = DataFixture;
 
-template <class T> QStringList names(const QList<T *> &objects) {
+// One attribute of each object, in list order.
+template <class T> QStringList values(const QList<T *> &objects, const QString &key = TAKey::name) {
     QStringList out;
     for (T *object : objects)
-        out.append(object->name());
-    return out;
-}
-
-QStringList numbers(const QList<TAInvoice *> &invoices) {
-    QStringList out;
-    for (TAInvoice *invoice : invoices)
-        out.append(invoice->identification());
+        out.append(object->valueForKey(key).toString());
     return out;
 }
 
@@ -53,12 +47,12 @@ TEST_F(LookupTest, ProjectsSortNaturallyAndFilterByStatusAndClient) {
         if (i < 2)
             project->setClient(client);
     }
-    EXPECT_EQ(names(db().getProjectsSortedByName()),
+    EXPECT_EQ(values(db().getProjectsSortedByName()),
               QStringList({"alpha", "Item 1", "item 2", "Item 10"}));
     EXPECT_EQ(db().getProjects().size(), 4);
     EXPECT_EQ(db().getActiveProjects().size(), 3); // drafts count as active
-    EXPECT_EQ(names(db().getProjectsWithStatus(2)), QStringList({"item 2"}));
-    EXPECT_EQ(names(db().getProjectsWithStatus(1, client)), QStringList({"Item 10"}));
+    EXPECT_EQ(values(db().getProjectsWithStatus(2)), QStringList({"item 2"}));
+    EXPECT_EQ(values(db().getProjectsWithStatus(1, client)), QStringList({"Item 10"}));
     EXPECT_EQ(db().getProjectsWithClient(client).size(), 2);
     EXPECT_EQ(db().getProjectsWithClient(nullptr).size(), 2);
     // Each project was made with its created-record and a sidebar refresh.
@@ -97,16 +91,19 @@ TEST_F(LookupTest, InvoiceRequestsNarrowByRelationAndFallBack) {
     EXPECT_EQ(db().getInvoices().size(), 5); // no recurring invoice
     EXPECT_EQ(db().fetchEntity("Invoice", "allInvoices", true).size(), 6);
     EXPECT_EQ(db().getRecurringInvoices().size(), 1);
-    EXPECT_EQ(numbers(db().getInvoicesSortedByDueDateInArchive(false)),
+    EXPECT_EQ(values(db().getInvoicesSortedByDueDateInArchive(false), TAKey::identification),
               QStringList({"1", "10", "2", "3"}));
-    EXPECT_EQ(numbers(db().getInvoicesSortedByDueDateInArchive(false, project)),
-              QStringList({"1", "3"}));
-    EXPECT_EQ(numbers(db().getInvoicesSortedByDueDateInArchive(false, client)),
-              QStringList({"10", "2"}));
+    EXPECT_EQ(
+        values(db().getInvoicesSortedByDueDateInArchive(false, project), TAKey::identification),
+        QStringList({"1", "3"}));
+    EXPECT_EQ(
+        values(db().getInvoicesSortedByDueDateInArchive(false, client), TAKey::identification),
+        QStringList({"10", "2"}));
     EXPECT_EQ(db().getInvoicesInArchive(false, currency).size(), 4); // not a relation
     EXPECT_EQ(db().getInvoicesInArchive(false, nullptr).size(), 4);
-    EXPECT_EQ(numbers(db().getInvoicesSortedByDueDateInArchive(true, 2, project)),
-              QStringList({"4"}));
+    EXPECT_EQ(
+        values(db().getInvoicesSortedByDueDateInArchive(true, 2, project), TAKey::identification),
+        QStringList({"4"}));
     EXPECT_EQ(db().getInvoicesInArchive(false, 2, client).size(), 2);
     EXPECT_EQ(db().getInvoicesInArchive(false, 2, currency).size(), 3);
     EXPECT_EQ(db().getInvoicesSortedByDueDate().size(), 5);
@@ -127,8 +124,8 @@ TEST_F(LookupTest, TimersByUpdateDateAndScansByCodeAndTax) {
         if (d == 4)
             timer->setInvoice(db().createInvoice());
     }
-    EXPECT_EQ(names(db().getAllTimersByUpdateDateWithLimit(2)), QStringList({"4", "3"}));
-    EXPECT_EQ(names(db().getAllUninvoicedTimersByUpdateDateWithLimit(2)), QStringList({"3", "2"}));
+    EXPECT_EQ(values(db().getAllTimersByUpdateDateWithLimit(2)), QStringList({"4", "3"}));
+    EXPECT_EQ(values(db().getAllUninvoicedTimersByUpdateDateWithLimit(2)), QStringList({"3", "2"}));
     EXPECT_EQ(db().getAllTimersByUpdateDate().size(), 4);
 
     TACurrency *euro = db().createCurrency();

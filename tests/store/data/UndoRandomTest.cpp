@@ -11,6 +11,7 @@
 
 #include <QTimeZone>
 
+#include <functional>
 #include <map>
 #include <random>
 
@@ -68,138 +69,84 @@ public:
         , m_random(seed) {}
 
     void command() {
-        const int steps = pick(3) + 1;
-        for (int i = 0; i < steps; ++i) {
-            switch (pick(4)) {
-            case 0:
-                insert();
-                break;
-            case 1:
-                edit();
-                break;
-            case 2:
-                remove();
-                break;
-            default:
-                relink();
-                break;
-            }
-        }
+        const std::function<void()> actions[] = {[this] { insert(); }, [this] { edit(); },
+                                                 [this] { remove(); }, [this] { relink(); }};
+        for (int steps = pick(3) + 1; steps > 0; --steps)
+            actions[pick(4)]();
     }
 
 private:
     int pick(int count) { return std::uniform_int_distribution<int>(0, count - 1)(m_random); }
     template <class T> T *any(const QList<T *> &list, bool allowNull = false) {
-        const int extra = allowNull ? 1 : 0;
-        if (list.isEmpty())
-            return nullptr;
-        const int i = pick(int(list.size()) + extra);
+        const int i = list.isEmpty() ? 0 : pick(int(list.size()) + (allowNull ? 1 : 0));
         return i < list.size() ? list[i] : nullptr;
     }
-    QList<TAItem *> items() {
-        QList<TAItem *> out;
-        for (TATimer *t : m_db.getTimers())
-            out.append(t);
-        for (TAMaterial *m : m_db.getMaterials())
-            out.append(m);
-        return out;
+    template <class T> QList<T *> all(const QString &entity) {
+        return TAContextDatabase::objectsAs<T>(m_db.fetchEntityCustom(entity));
     }
+    // Every business object but the preferences, which a lookup would remake outside undo.
     QList<TAObject *> objects() {
-        QList<TAObject *> out;
-        for (TAItem *i : items())
-            out.append(i);
-        for (TAProject *p : m_db.getProjects())
-            out.append(p);
-        for (TAInvoice *i : m_db.getInvoices())
-            out.append(i);
-        for (TAClient *c : m_db.getClients())
-            out.append(c);
-        for (TATimerInterval *t : m_db.getTimerIntervals())
-            out.append(t);
+        QList<TAObject *> out = all<TAObject>(QStringLiteral("TAObject"));
+        out.removeIf([](TAObject *o) { return o->entity()->name() == TAEntity::Preferences; });
         return out;
     }
 
     void insert() {
-        switch (pick(6)) {
-        case 0:
-            m_db.createClient();
-            break;
-        case 1:
-            m_db.createProject();
-            break;
-        case 2:
-            m_db.createTimer();
-            break;
-        case 3:
-            m_db.createMaterial();
-            break;
-        case 4:
-            m_db.createInvoice();
-            break;
-        default:
-            m_db.createTimerInterval();
-            break;
-        }
+        const std::function<void()> makers[] = {
+            [this] { m_db.createClient(); },  [this] { m_db.createProject(); },
+            [this] { m_db.createTimer(); },   [this] { m_db.createMaterial(); },
+            [this] { m_db.createInvoice(); }, [this] { m_db.createTimerInterval(); }};
+        makers[pick(6)]();
     }
     void edit() {
         TAObject *object = any(objects());
         if (!object)
             return;
-        QStringList keys;
-        for (const AttributeDescription &a : object->entity()->attributes())
-            if (a.type != AttributeType::Binary)
-                keys.append(a.name);
-        const QString key = keys[pick(int(keys.size()))];
+        const AttributeDescription &a =
+            object->entity()->attributes()[pick(int(object->entity()->attributes().size()))];
         const int roll = pick(100);
-        const AttributeDescription *a = object->entity()->attribute(key);
-        QVariant value;
-        if (roll >= 10) {
-            switch (a->type) {
-            case AttributeType::String:
-                value = QString::number(roll);
-                break;
-            case AttributeType::Decimal:
-                value = Decimal::fromParts(roll, -2).toVariant();
-                break;
-            case AttributeType::Date:
-                value = QDateTime::fromMSecsSinceEpoch(roll * 1000000LL, QTimeZone::utc());
-                break;
-            case AttributeType::Boolean:
-                value = bool(roll % 2);
-                break;
-            default:
-                value = roll;
-                break;
-            }
-        }
-        object->setValueForKey(value, key);
+        QVariant value = roll; // a tenth of the edits clear the value
+        if (roll < 10 || a.type == AttributeType::Binary)
+            value = QVariant();
+        else if (a.type == AttributeType::String)
+            value = QString::number(roll);
+        else if (a.type == AttributeType::Decimal)
+            value = Decimal::fromParts(roll, -2).toVariant();
+        else if (a.type == AttributeType::Date)
+            value = QDateTime::fromMSecsSinceEpoch(roll * 1000000LL, QTimeZone::utc());
+        else if (a.type == AttributeType::Boolean)
+            value = bool(roll % 2);
+        object->setValueForKey(value, a.name);
     }
     void remove() {
         if (TAObject *object = any(objects()))
             m_db.deleteObject(object);
     }
     void relink() {
+        TAItem *item = any(all<TAItem>(QStringLiteral("Item")));
+        TAInvoice *invoice = any(m_db.getInvoices());
+        TAProject *project = any(m_db.getProjects());
+        TATimerInterval *interval = any(m_db.getTimerIntervals());
         switch (pick(5)) {
         case 0:
-            if (TAItem *item = any(items()))
+            if (item)
                 item->setProject(any(m_db.getProjects(), true));
             break;
         case 1:
-            if (TAItem *item = any(items()))
+            if (item)
                 item->setInvoice(any(m_db.getInvoices(), true));
             break;
         case 2:
-            if (TAInvoice *invoice = any(m_db.getInvoices()))
+            if (invoice)
                 invoice->setClient(any(m_db.getClients(), true));
             break;
         case 3:
-            if (TAProject *project = any(m_db.getProjects()))
+            if (project)
                 project->setClient(any(m_db.getClients(), true));
             break;
         default:
-            if (TATimerInterval *interval = any(m_db.getTimerIntervals()))
+            if (interval)
                 interval->setTimerRelationship(any(m_db.getTimers(), true));
-            break;
         }
     }
 
