@@ -169,17 +169,17 @@ class DecimalAccess {
 public:
     static Decimal make(bool negative, UInt128 mag, int exponent) {
         Decimal d;
-        d.m_coefficient = negative ? -static_cast<__int128>(mag) : static_cast<__int128>(mag);
+        d.setCoefficient(negative ? -static_cast<__int128>(mag) : static_cast<__int128>(mag));
         d.m_exponent = exponent;
         return d;
     }
-    static bool negative(const Decimal &d) { return d.m_coefficient < 0; }
+    static bool negative(const Decimal &d) { return d.coefficient() < 0; }
     static UInt128 magnitude(const Decimal &d) {
-        return static_cast<UInt128>(d.m_coefficient < 0 ? -d.m_coefficient : d.m_coefficient);
+        return static_cast<UInt128>(d.coefficient() < 0 ? -d.coefficient() : d.coefficient());
     }
     static int exponent(const Decimal &d) { return d.m_exponent; }
     static bool fitsInt64(const Decimal &d) {
-        return d.m_coefficient > -(__int128(1) << 63) && d.m_coefficient < (__int128(1) << 63);
+        return d.coefficient() > -(__int128(1) << 63) && d.coefficient() < (__int128(1) << 63);
     }
 
     // Rounds mag * 10^exponent to at most 38 digits and to no finer than 10^minExponent,
@@ -239,7 +239,7 @@ public:
     }
     static Decimal parse(QStringView text, QChar separator);
     static size_t hash(const Decimal &d, size_t seed) {
-        const auto bits = static_cast<UInt128>(d.m_coefficient);
+        const auto bits = static_cast<UInt128>(d.coefficient());
         return qHashMulti(seed, d.m_nan, static_cast<quint64>(bits),
                           static_cast<quint64>(bits >> 64), d.m_exponent);
     }
@@ -252,15 +252,15 @@ private:
 Outcome DecimalAccess::add(const Decimal &a, const Decimal &b, Mode mode, int minExponent) {
     if (a.m_nan || b.m_nan)
         return {Decimal::notANumber()};
-    if (a.m_coefficient == 0)
+    if (a.coefficient() == 0)
         return round(b, mode, minExponent);
-    if (b.m_coefficient == 0)
+    if (b.coefficient() == 0)
         return round(a, mode, minExponent);
     const int diff = a.m_exponent - b.m_exponent;
     if (fitsInt64(a) && fitsInt64(b) && diff <= 18 && diff >= -18) {
         const int e = std::min(a.m_exponent, b.m_exponent);
-        const __int128 sum = a.m_coefficient * static_cast<__int128>(kPow10[a.m_exponent - e]) +
-                             b.m_coefficient * static_cast<__int128>(kPow10[b.m_exponent - e]);
+        const __int128 sum = a.coefficient() * static_cast<__int128>(kPow10[a.m_exponent - e]) +
+                             b.coefficient() * static_cast<__int128>(kPow10[b.m_exponent - e]);
         const bool neg = sum < 0;
         return finish(neg, static_cast<UInt128>(neg ? -sum : sum), e, mode, minExponent);
     }
@@ -460,16 +460,16 @@ bool Decimal::isNaN() const {
     return m_nan;
 }
 bool Decimal::isZero() const {
-    return !m_nan && m_coefficient == 0;
+    return !m_nan && coefficient() == 0;
 }
 bool Decimal::isNegative() const {
-    return !m_nan && m_coefficient < 0;
+    return !m_nan && coefficient() < 0;
 }
 
 int Decimal::sign() const {
-    if (m_nan || m_coefficient == 0)
+    if (m_nan || coefficient() == 0)
         return 0;
-    return m_coefficient < 0 ? -1 : 1;
+    return coefficient() < 0 ? -1 : 1;
 }
 
 QString Decimal::toString() const {
@@ -479,7 +479,7 @@ QString Decimal::toString() const {
     std::string text;
     if (m_exponent >= 0) {
         text = digits;
-        if (m_coefficient != 0)
+        if (coefficient() != 0)
             text.append(static_cast<size_t>(m_exponent), '0');
     } else {
         const long point = static_cast<long>(digits.size()) + m_exponent;
@@ -488,7 +488,7 @@ QString Decimal::toString() const {
         else
             text = "0." + std::string(static_cast<size_t>(-point), '0') + digits;
     }
-    if (m_coefficient < 0)
+    if (coefficient() < 0)
         text.insert(text.begin(), '-');
     return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
 }
@@ -498,11 +498,11 @@ double Decimal::toDouble() const {
         return std::numeric_limits<double>::quiet_NaN();
     std::string text = DecimalAccess::digits(*this) + 'e' + std::to_string(m_exponent);
     const double magnitude = std::strtod(text.c_str(), nullptr);
-    return m_coefficient < 0 ? -magnitude : magnitude;
+    return coefficient() < 0 ? -magnitude : magnitude;
 }
 
 long long Decimal::toLongLong() const {
-    if (m_nan || m_coefficient == 0)
+    if (m_nan || coefficient() == 0)
         return 0;
     const UInt128 mag = DecimalAccess::magnitude(*this);
     UInt128 whole;
@@ -513,7 +513,7 @@ long long Decimal::toLongLong() const {
         whole = -m_exponent > kMaxDigits ? 0 : mag / kPow10[-m_exponent];
     }
     constexpr auto maxValue = static_cast<UInt128>(std::numeric_limits<long long>::max());
-    if (m_coefficient < 0)
+    if (coefficient() < 0)
         return whole > maxValue ? std::numeric_limits<long long>::min()
                                 : -static_cast<long long>(whole);
     return whole > maxValue ? std::numeric_limits<long long>::max() : static_cast<long long>(whole);
@@ -537,7 +537,7 @@ Decimal Decimal::operator/(const Decimal &other) const {
 
 Decimal Decimal::operator-() const {
     Decimal d = *this;
-    d.m_coefficient = -d.m_coefficient;
+    d.setCoefficient(-d.coefficient());
     return d;
 }
 
@@ -573,7 +573,7 @@ std::strong_ordering Decimal::operator<=>(const Decimal &other) const {
 }
 
 bool Decimal::operator==(const Decimal &other) const {
-    return m_nan == other.m_nan && m_coefficient == other.m_coefficient &&
+    return m_nan == other.m_nan && coefficient() == other.coefficient() &&
            m_exponent == other.m_exponent;
 }
 
@@ -641,3 +641,6 @@ Decimal round(const Decimal &a, const DecimalBehavior &behavior) {
 size_t qHash(const Decimal &value, size_t seed) {
     return DecimalAccess::hash(value, seed);
 }
+
+static_assert(sizeof(Decimal) <= 24 && alignof(Decimal) <= alignof(double),
+              "a Decimal must fit inside a QVariant without allocating");

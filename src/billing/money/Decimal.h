@@ -77,7 +77,19 @@ public:
 private:
     // Filled in by the implementation; see Decimal.cpp.
     friend class DecimalAccess;
-    __int128 m_coefficient = 0; // |value| < 10^38
+    // The coefficient (|value| < 10^38) is kept as two 64-bit halves rather than one __int128:
+    // with 8-byte alignment a Decimal fits inside a QVariant without a heap allocation, which
+    // matters for documents with hundreds of thousands of amounts.
+    __int128 coefficient() const {
+        return static_cast<__int128>(
+            (static_cast<unsigned __int128>(static_cast<quint64>(m_high)) << 64) | m_low);
+    }
+    void setCoefficient(__int128 value) {
+        m_low = static_cast<quint64>(value);
+        m_high = static_cast<qint64>(value >> 64);
+    }
+    quint64 m_low = 0;
+    qint64 m_high = 0;
     int m_exponent = 0;
     bool m_nan = false;
 };

@@ -88,7 +88,11 @@ QRegularExpression ComparisonPredicate::patternFor(const QString &foldedRight) c
 }
 
 bool ComparisonPredicate::evaluate(const PredicateContext &context) const {
-    const QVariant left = m_left.value(context);
+    QVariant copied;
+    const QVariant *stored = m_left.storedValue(context);
+    if (!stored)
+        copied = m_left.value(context);
+    const QVariant &left = stored ? *stored : copied;
     if (m_right.isConstant())
         return test(left, m_right.constantValue(), true);
     return test(left, m_right.value(context), false);

@@ -5,12 +5,9 @@
 EntityDescription::EntityDescription(QString name, QString parentName, bool abstract)
     : m_name(std::move(name))
     , m_parentName(std::move(parentName))
-    , m_abstract(abstract)
-{
-}
+    , m_abstract(abstract) {}
 
-bool EntityDescription::isKindOfEntity(const EntityDescription *other) const
-{
+bool EntityDescription::isKindOfEntity(const EntityDescription *other) const {
     for (const EntityDescription *e = this; e; e = e->m_super)
         if (e == other)
             return true;
@@ -18,15 +15,13 @@ bool EntityDescription::isKindOfEntity(const EntityDescription *other) const
 }
 
 EntityDescription &EntityDescription::addAttribute(const QString &name, AttributeType type,
-                                                   const QVariant &defaultValue, bool transient)
-{
+                                                   const QVariant &defaultValue, bool transient) {
     m_ownAttributes.append({name, type, defaultValue, transient});
     return *this;
 }
 
 EntityDescription &EntityDescription::addToOne(const QString &name, const QString &destination,
-                                               const QString &inverse, DeleteRule rule)
-{
+                                               const QString &inverse, DeleteRule rule) {
     RelationshipDescription r;
     r.name = name;
     r.destinationEntityName = destination;
@@ -38,8 +33,7 @@ EntityDescription &EntityDescription::addToOne(const QString &name, const QStrin
 }
 
 EntityDescription &EntityDescription::addToMany(const QString &name, const QString &destination,
-                                                const QString &inverse, DeleteRule rule)
-{
+                                                const QString &inverse, DeleteRule rule) {
     RelationshipDescription r;
     r.name = name;
     r.destinationEntityName = destination;
@@ -50,56 +44,48 @@ EntityDescription &EntityDescription::addToMany(const QString &name, const QStri
     return *this;
 }
 
-EntityDescription &EntityDescription::setFactory(Factory factory)
-{
+EntityDescription &EntityDescription::setFactory(Factory factory) {
     m_factory = std::move(factory);
     return *this;
 }
 
-QStringList EntityDescription::attributeNames() const
-{
+QStringList EntityDescription::attributeNames() const {
     QStringList names;
     for (const auto &a : m_attributes)
         names.append(a.name);
     return names;
 }
 
-QStringList EntityDescription::relationshipNames() const
-{
+QStringList EntityDescription::relationshipNames() const {
     QStringList names;
     for (const auto &r : m_relationships)
         names.append(r.name);
     return names;
 }
 
-const AttributeDescription *EntityDescription::attribute(const QString &name) const
-{
+const AttributeDescription *EntityDescription::attribute(const QString &name) const {
     const PropertySlot *s = slot(name);
     return s && s->kind == PropertySlot::Attribute ? &m_attributes[s->declaration] : nullptr;
 }
 
-const RelationshipDescription *EntityDescription::relationship(const QString &name) const
-{
+const RelationshipDescription *EntityDescription::relationship(const QString &name) const {
     const PropertySlot *s = slot(name);
     return s && s->kind != PropertySlot::Attribute ? &m_relationships[s->declaration] : nullptr;
 }
 
-const PropertySlot *EntityDescription::slot(const QString &name) const
-{
+const PropertySlot *EntityDescription::slot(const QString &name) const {
     auto it = m_slots.constFind(name);
     return it == m_slots.cend() ? nullptr : &it.value();
 }
 
-ManagedObject *EntityDescription::createInstance() const
-{
+ManagedObject *EntityDescription::createInstance() const {
     for (const EntityDescription *e = this; e; e = e->m_super)
         if (e->m_factory)
             return e->m_factory();
     return new ManagedObject;
 }
 
-void EntityDescription::resolve(const ManagedObjectModel *model, int index)
-{
+void EntityDescription::resolve(const ManagedObjectModel *model, int index) {
     m_model = model;
     m_index = index;
     m_attributes.clear();

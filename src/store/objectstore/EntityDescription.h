@@ -33,6 +33,9 @@ struct RelationshipDescription {
     // Resolved by the model.
     const class EntityDescription *destination = nullptr;
     const RelationshipDescription *inverse = nullptr;
+    // Slot of the inverse in any object of the destination (inherited properties come first,
+    // so the slot is the same in every subentity); -1 without an inverse.
+    int inverseSlot = -1;
 };
 
 // Where a property lives in an object: attributes and to-one links have a value slot,
@@ -61,8 +64,7 @@ public:
     EntityDescription &addAttribute(const QString &name, AttributeType type,
                                     const QVariant &defaultValue = {}, bool transient = false);
     EntityDescription &addToOne(const QString &name, const QString &destination,
-                                const QString &inverse = {},
-                                DeleteRule rule = DeleteRule::Nullify);
+                                const QString &inverse = {}, DeleteRule rule = DeleteRule::Nullify);
     EntityDescription &addToMany(const QString &name, const QString &destination,
                                  const QString &inverse, DeleteRule rule = DeleteRule::Nullify);
     // Makes instances of the entity's class; inherited from the parent when not set.

@@ -15,10 +15,11 @@ struct FetchRequest {
     QString entityName;
     std::shared_ptr<const Predicate> predicate; // null: every object
     QList<SortDescriptor> sortDescriptors;
-    qsizetype fetchLimit = 0;  // 0: no limit
+    qsizetype fetchLimit = 0; // 0: no limit
     qsizetype fetchOffset = 0;
     bool includesSubentities = true;
 
     FetchRequest() = default;
-    explicit FetchRequest(QString entity) : entityName(std::move(entity)) {}
+    explicit FetchRequest(QString entity)
+        : entityName(std::move(entity)) {}
 };

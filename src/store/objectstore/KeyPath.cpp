@@ -29,6 +29,10 @@ QVariant KeyPath::valueOf(const QVariant &self) const {
     return object ? walk(*object, 0) : QVariant();
 }
 
+const QVariant *KeyPath::storedValueOf(const KeyValueCoding &object) const {
+    return m_keys.size() == 1 ? object.storedValueForKey(m_keys.first()) : nullptr;
+}
+
 QVariant KeyPath::walk(const KeyValueCoding &object, qsizetype from) const {
     QVariant value = object.valueForKey(m_keys.at(from));
     for (qsizetype i = from + 1; i < m_keys.size(); ++i) {

@@ -21,6 +21,8 @@ public:
     // The value at the end of the path; an invalid QVariant where a link is null or a value
     // on the way is not an object.
     QVariant valueOf(const KeyValueCoding &object) const;
+    // The value without a copy when the path is one key that the object stores; else null.
+    const QVariant *storedValueOf(const KeyValueCoding &object) const;
     // The same starting from a value: SELF is the value itself, further keys need an object.
     QVariant valueOf(const QVariant &self) const;
 

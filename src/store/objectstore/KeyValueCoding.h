@@ -16,6 +16,11 @@ public:
     // key answers an invalid QVariant.
     virtual QVariant valueForKey(const QString &key) const = 0;
 
+    // The stored value of a key without copying it, where the object keeps one (a plain
+    // attribute); null otherwise. Lets predicates scan many objects without touching the
+    // reference counts of their texts.
+    virtual const QVariant *storedValueForKey(const QString &) const { return nullptr; }
+
     // The object itself as a QVariant, as it would appear as another object's value. Needed
     // for "SELF" in predicates and for comparing objects by identity.
     virtual QVariant selfVariant() const = 0;

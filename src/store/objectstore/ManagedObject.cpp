@@ -6,15 +6,13 @@
 
 namespace {
 
-const KeyValueCoding *unwrapManagedObject(const QVariant &value)
-{
+const KeyValueCoding *unwrapManagedObject(const QVariant &value) {
     if (value.metaType() == QMetaType::fromType<ManagedObject *>())
         return value.value<ManagedObject *>();
     return nullptr;
 }
 
-void registerOnce()
-{
+void registerOnce() {
     static const bool registered = [] {
         KeyValueCoding::registerUnwrapper(&unwrapManagedObject);
         return true;
@@ -24,46 +22,38 @@ void registerOnce()
 
 } // namespace
 
-ManagedObject::ManagedObject()
-{
+ManagedObject::ManagedObject() {
     registerOnce();
 }
 
 ManagedObject::~ManagedObject() = default;
 
-ManagedObjectContext *ManagedObject::managedObjectContext() const
-{
+ManagedObjectContext *ManagedObject::managedObjectContext() const {
     return m_deleted || m_state == State::Missing ? nullptr : m_context;
 }
 
-bool ManagedObject::isInserted() const
-{
+bool ManagedObject::isInserted() const {
     return !m_deleted && !m_hasRow && m_state == State::Loaded;
 }
 
-bool ManagedObject::isUpdated() const
-{
+bool ManagedObject::isUpdated() const {
     return m_dirty && m_hasRow && !m_deleted;
 }
 
-bool ManagedObject::isDeleted() const
-{
+bool ManagedObject::isDeleted() const {
     return m_deleted;
 }
 
-bool ManagedObject::hasChanges() const
-{
+bool ManagedObject::hasChanges() const {
     return isInserted() || isUpdated() || (m_deleted && m_hasRow);
 }
 
-void ManagedObject::ensureLoaded() const
-{
+void ManagedObject::ensureLoaded() const {
     if (m_state == State::Fault && m_context)
         m_context->ensureEntityLoaded(m_entity);
 }
 
-QVariant ManagedObject::valueForKey(const QString &key) const
-{
+QVariant ManagedObject::valueForKey(const QString &key) const {
     const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
     if (!slot)
         return computedValueForKey(key);
@@ -79,18 +69,23 @@ QVariant ManagedObject::valueForKey(const QString &key) const
     return {};
 }
 
-QVariant ManagedObject::selfVariant() const
-{
+const QVariant *ManagedObject::storedValueForKey(const QString &key) const {
+    const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
+    if (!slot || slot->kind != PropertySlot::Attribute)
+        return nullptr;
+    ensureLoaded();
+    return &m_values[slot->index];
+}
+
+QVariant ManagedObject::selfVariant() const {
     return QVariant::fromValue(const_cast<ManagedObject *>(this));
 }
 
-QVariant ManagedObject::computedValueForKey(const QString &) const
-{
+QVariant ManagedObject::computedValueForKey(const QString &) const {
     return {};
 }
 
-void ManagedObject::setValueForKey(const QVariant &value, const QString &key)
-{
+void ManagedObject::setValueForKey(const QVariant &value, const QString &key) {
     const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
     if (!slot)
         return;
@@ -120,55 +115,46 @@ void ManagedObject::setValueForKey(const QVariant &value, const QString &key)
     }
 }
 
-QString ManagedObject::stringForKey(const QString &key) const
-{
+QString ManagedObject::stringForKey(const QString &key) const {
     return valueForKey(key).toString();
 }
 
-qint64 ManagedObject::integerForKey(const QString &key) const
-{
+qint64 ManagedObject::integerForKey(const QString &key) const {
     const QVariant v = valueForKey(key);
     if (v.metaType() == QMetaType::fromType<Decimal>())
         return v.value<Decimal>().toLongLong();
     return v.toLongLong();
 }
 
-bool ManagedObject::boolForKey(const QString &key) const
-{
+bool ManagedObject::boolForKey(const QString &key) const {
     return valueForKey(key).toBool();
 }
 
-Decimal ManagedObject::decimalForKey(const QString &key) const
-{
+Decimal ManagedObject::decimalForKey(const QString &key) const {
     return Decimal::fromVariant(valueForKey(key));
 }
 
-QDateTime ManagedObject::dateForKey(const QString &key) const
-{
+QDateTime ManagedObject::dateForKey(const QString &key) const {
     return valueForKey(key).toDateTime();
 }
 
-QByteArray ManagedObject::dataForKey(const QString &key) const
-{
+QByteArray ManagedObject::dataForKey(const QString &key) const {
     return valueForKey(key).toByteArray();
 }
 
-double ManagedObject::doubleForKey(const QString &key) const
-{
+double ManagedObject::doubleForKey(const QString &key) const {
     const QVariant v = valueForKey(key);
     if (v.metaType() == QMetaType::fromType<Decimal>())
         return v.value<Decimal>().toDouble();
     return v.toDouble();
 }
 
-bool ManagedObject::isNullForKey(const QString &key) const
-{
+bool ManagedObject::isNullForKey(const QString &key) const {
     const QVariant v = valueForKey(key);
     return !v.isValid() || v.isNull();
 }
 
-ManagedObject *ManagedObject::objectForKey(const QString &key) const
-{
+ManagedObject *ManagedObject::objectForKey(const QString &key) const {
     const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
     if (!slot || slot->kind != PropertySlot::ToOne)
         return nullptr;
@@ -176,8 +162,7 @@ ManagedObject *ManagedObject::objectForKey(const QString &key) const
     return ObjectGraph::visible(m_toOne[slot->index]);
 }
 
-void ManagedObject::setObjectForKey(ManagedObject *value, const QString &key)
-{
+void ManagedObject::setObjectForKey(ManagedObject *value, const QString &key) {
     const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
     if (!slot || slot->kind != PropertySlot::ToOne)
         return;
@@ -190,8 +175,7 @@ void ManagedObject::setObjectForKey(ManagedObject *value, const QString &key)
         m_toOne[slot->index] = value;
 }
 
-QList<ManagedObject *> ManagedObject::objectsForKey(const QString &key) const
-{
+QList<ManagedObject *> ManagedObject::objectsForKey(const QString &key) const {
     const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
     if (!slot || slot->kind != PropertySlot::ToMany)
         return {};
@@ -205,21 +189,18 @@ QList<ManagedObject *> ManagedObject::objectsForKey(const QString &key) const
     return members;
 }
 
-qsizetype ManagedObject::countForKey(const QString &key) const
-{
+qsizetype ManagedObject::countForKey(const QString &key) const {
     return objectsForKey(key).size();
 }
 
-void ManagedObject::addObjectForKey(ManagedObject *value, const QString &key)
-{
+void ManagedObject::addObjectForKey(ManagedObject *value, const QString &key) {
     const RelationshipDescription *r = m_entity ? m_entity->relationship(key) : nullptr;
     if (!value || !r || !r->toMany || !r->inverse)
         return;
     value->setObjectForKey(this, r->inverse->name);
 }
 
-void ManagedObject::removeObjectForKey(ManagedObject *value, const QString &key)
-{
+void ManagedObject::removeObjectForKey(ManagedObject *value, const QString &key) {
     const RelationshipDescription *r = m_entity ? m_entity->relationship(key) : nullptr;
     if (!value || !r || !r->toMany || !r->inverse)
         return;
@@ -227,8 +208,7 @@ void ManagedObject::removeObjectForKey(ManagedObject *value, const QString &key)
         value->setObjectForKey(nullptr, r->inverse->name);
 }
 
-QVariant ManagedObject::primitiveValueForKey(const QString &key) const
-{
+QVariant ManagedObject::primitiveValueForKey(const QString &key) const {
     const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
     if (!slot || slot->kind != PropertySlot::Attribute)
         return valueForKey(key);
@@ -236,8 +216,7 @@ QVariant ManagedObject::primitiveValueForKey(const QString &key) const
     return m_values[slot->index];
 }
 
-void ManagedObject::setPrimitiveValueForKey(const QVariant &value, const QString &key)
-{
+void ManagedObject::setPrimitiveValueForKey(const QVariant &value, const QString &key) {
     const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
     if (!slot || slot->kind != PropertySlot::Attribute)
         return;

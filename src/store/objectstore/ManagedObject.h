@@ -49,6 +49,7 @@ public:
     // other key goes to computedValueForKey, so key paths reach computed properties.
     QVariant valueForKey(const QString &key) const override;
     QVariant selfVariant() const override;
+    const QVariant *storedValueForKey(const QString &key) const override;
     // Attributes take any convertible value (text for a decimal, an int for a date is not);
     // to-one links take a ManagedObject*; to-many links a QList<ManagedObject*>.
     void setValueForKey(const QVariant &value, const QString &key);
@@ -109,7 +110,7 @@ private:
     ManagedObjectContext *m_context = nullptr;
     ObjectID m_id;
     State m_state = State::Fault;
-    bool m_hasRow = false;    // a row exists in the file as of the last save
+    bool m_hasRow = false; // a row exists in the file as of the last save
     bool m_deleted = false;
     bool m_registered = false; // belongs to the context's live objects
     bool m_dirty = false;      // changed since the last save

@@ -119,11 +119,12 @@ private:
     std::unique_ptr<UndoManager> m_ownUndo;
 
     std::vector<std::unique_ptr<ManagedObject>> m_objects; // every object ever made here
-    std::vector<QHash<qint64, ManagedObject *>> m_byPk;    // per entity index
+    // Per entity index, objects by primary key: keys are handed out densely from 1.
+    std::vector<std::vector<ManagedObject *>> m_byPk;
     QHash<qint64, ManagedObject *> m_byTemporary;
-    std::vector<QList<ManagedObject *>> m_members;        // live objects per entity index
-    std::vector<bool> m_loaded;                           // per entity index
-    QSet<ManagedObject *> m_changed;                      // since the last save
+    std::vector<QList<ManagedObject *>> m_members; // live objects per entity index
+    std::vector<bool> m_loaded;                    // per entity index
+    QSet<ManagedObject *> m_changed;               // since the last save
     ObjectsDidChange m_pending;
     QSet<ManagedObject *> m_touchedByUndo;
     qint64 m_nextTemporary = 1;

@@ -8,20 +8,17 @@
 
 #include <QDateTime>
 #include <QStringList>
-#include <QTimeZone>
 
 #include <sqlite3.h>
 
 namespace {
 
-QString quoted(const QString &identifier)
-{
+QString quoted(const QString &identifier) {
     return u'"' + identifier + u'"';
 }
 
 // Column names of an entity's table after "pk", in the order rows are read and written.
-QStringList columnsOf(const EntityDescription *entity)
-{
+QStringList columnsOf(const EntityDescription *entity) {
     QStringList columns;
     for (const auto &a : entity->attributes())
         if (!a.transient)
@@ -34,8 +31,7 @@ QStringList columnsOf(const EntityDescription *entity)
     return columns;
 }
 
-QVariant readColumn(sqlite3_stmt *stmt, int column, AttributeType type)
-{
+QVariant readColumn(sqlite3_stmt *stmt, int column, AttributeType type) {
     if (sqlite3_column_type(stmt, column) == SQLITE_NULL)
         return {};
     switch (type) {
@@ -48,12 +44,19 @@ QVariant readColumn(sqlite3_stmt *stmt, int column, AttributeType type)
     case AttributeType::Boolean:
         return QVariant(sqlite3_column_int64(stmt, column) != 0);
     case AttributeType::Decimal: {
+        // Stored decimals are short ASCII: widen on the stack rather than allocate a QString.
         const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(stmt, column));
-        return QVariant::fromValue(Decimal::fromString(
-            QString::fromLatin1(text, sqlite3_column_bytes(stmt, column))));
+        const int size = sqlite3_column_bytes(stmt, column);
+        char16_t wide[96];
+        if (size > int(std::size(wide)))
+            return QVariant::fromValue(Decimal::fromString(QString::fromLatin1(text, size)));
+        for (int i = 0; i < size; ++i)
+            wide[i] = char16_t(static_cast<unsigned char>(text[i]));
+        return QVariant::fromValue(Decimal::fromString(QStringView(wide, size)));
     }
     case AttributeType::Date:
-        return QVariant(QDateTime::fromMSecsSinceEpoch(sqlite3_column_int64(stmt, column), QTimeZone::utc()));
+        return QVariant(
+            QDateTime::fromMSecsSinceEpoch(sqlite3_column_int64(stmt, column), Qt::UTC));
     case AttributeType::Binary: {
         const auto *bytes = static_cast<const char *>(sqlite3_column_blob(stmt, column));
         return QVariant(QByteArray(bytes, sqlite3_column_bytes(stmt, column)));
@@ -64,8 +67,7 @@ QVariant readColumn(sqlite3_stmt *stmt, int column, AttributeType type)
     return {};
 }
 
-void bindValue(sqlite3_stmt *stmt, int index, const QVariant &value, AttributeType type)
-{
+void bindValue(sqlite3_stmt *stmt, int index, const QVariant &value, AttributeType type) {
     if (!value.isValid() || value.isNull()) {
         sqlite3_bind_null(stmt, index);
         return;
@@ -103,8 +105,7 @@ void bindValue(sqlite3_stmt *stmt, int index, const QVariant &value, AttributeTy
 
 } // namespace
 
-SqliteConnection *ManagedObjectContext::connection()
-{
+SqliteConnection *ManagedObjectContext::connection() {
     const quint64 generation = m_store->generation();
     if (!m_connection || generation != m_connectionGeneration) {
         m_connection.reset();
@@ -119,8 +120,7 @@ SqliteConnection *ManagedObjectContext::connection()
     return m_connection.get();
 }
 
-void ManagedObjectContext::ensureEntityLoaded(const EntityDescription *entity)
-{
+void ManagedObjectContext::ensureEntityLoaded(const EntityDescription *entity) {
     if (!entity || entity->isAbstract() || m_loaded[entity->index()])
         return;
     m_loaded[entity->index()] = true;
@@ -149,17 +149,19 @@ void ManagedObjectContext::ensureEntityLoaded(const EntityDescription *entity)
             if (!attributes[i].transient)
                 object->m_values[i] = readColumn(row, column++, attributes[i].type);
         for (int slot = 0; slot < entity->toOneCount(); ++slot) {
-            const RelationshipDescription &r = relationships[entity->relationshipForToOneSlot(slot)];
+            const RelationshipDescription &r =
+                relationships[entity->relationshipForToOneSlot(slot)];
             const bool present = sqlite3_column_type(row, column) != SQLITE_NULL;
             const qint64 pk = sqlite3_column_int64(row, column);
-            const EntityDescription *target = m_store->entityForCode(sqlite3_column_int(row, column + 1));
+            const EntityDescription *target =
+                m_store->entityForCode(sqlite3_column_int(row, column + 1));
             column += 2;
             if (!present || !target || !target->isKindOfEntity(r.destination))
                 continue;
             ManagedObject *other = registeredObject(target, pk, true);
             object->m_toOne[slot] = other;
             if (r.inverse && r.inverse->toMany)
-                other->m_toMany[target->slot(r.inverse->name)->index].insert(object);
+                other->m_toMany[r.inverseSlot].appendNew(object); // a fault is in no set yet
         }
         object->m_state = ManagedObject::State::Loaded;
         object->m_hasRow = true;
@@ -170,15 +172,15 @@ void ManagedObjectContext::ensureEntityLoaded(const EntityDescription *entity)
     if (rc != SQLITE_DONE)
         m_lastLoadError = Error{ErrorCode::FileDamaged, db->lastError()};
     // Links to rows that do not exist (any more) read as empty.
-    for (ManagedObject *object : std::as_const(m_byPk[entity->index()]))
-        if (object->m_state == ManagedObject::State::Fault)
+    for (ManagedObject *object : m_byPk[entity->index()])
+        if (object && object->m_state == ManagedObject::State::Fault)
             object->m_state = ManagedObject::State::Missing;
     for (ManagedObject *object : loaded)
         object->awakeFromFetch();
 }
 
-Result<void> ManagedObjectContext::writeChanges(SqliteConnection &db, const QList<ManagedObject *> &changed)
-{
+Result<void> ManagedObjectContext::writeChanges(SqliteConnection &db,
+                                                const QList<ManagedObject *> &changed) {
     for (ManagedObject *object : changed) {
         const EntityDescription *entity = object->m_entity;
         const QString table = quoted(PersistentStore::tableName(entity));

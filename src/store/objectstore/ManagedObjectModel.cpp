@@ -5,42 +5,44 @@
 
 #include <algorithm>
 
-ManagedObjectModel::ManagedObjectModel(QString versionName) : m_versionName(std::move(versionName))
-{
-}
+ManagedObjectModel::ManagedObjectModel(QString versionName)
+    : m_versionName(std::move(versionName)) {}
 
 EntityDescription &ManagedObjectModel::addEntity(const QString &name, const QString &parentName,
-                                                 bool abstract)
-{
+                                                 bool abstract) {
     m_entities.push_back(std::make_unique<EntityDescription>(name, parentName, abstract));
     m_byName.insert(name, m_entities.back().get());
     return *m_entities.back();
 }
 
 void ManagedObjectModel::addFetchRequestTemplate(const QString &name,
-                                                 FetchRequestTemplate fetchTemplate)
-{
+                                                 FetchRequestTemplate fetchTemplate) {
     m_templates.insert(name, std::move(fetchTemplate));
 }
 
 namespace {
-const char *typeName(AttributeType type)
-{
+const char *typeName(AttributeType type) {
     switch (type) {
-    case AttributeType::String: return "string";
-    case AttributeType::Integer: return "integer";
-    case AttributeType::Boolean: return "boolean";
-    case AttributeType::Decimal: return "decimal";
-    case AttributeType::Date: return "date";
-    case AttributeType::Binary: return "binary";
-    case AttributeType::Float: return "float";
+    case AttributeType::String:
+        return "string";
+    case AttributeType::Integer:
+        return "integer";
+    case AttributeType::Boolean:
+        return "boolean";
+    case AttributeType::Decimal:
+        return "decimal";
+    case AttributeType::Date:
+        return "date";
+    case AttributeType::Binary:
+        return "binary";
+    case AttributeType::Float:
+        return "float";
     }
     return "?";
 }
 } // namespace
 
-Result<void> ManagedObjectModel::finish()
-{
+Result<void> ManagedObjectModel::finish() {
     // Parents before children, so inherited properties are complete when a child resolves.
     std::vector<EntityDescription *> ordered;
     QSet<const EntityDescription *> placed;
@@ -53,8 +55,9 @@ Result<void> ManagedObjectModel::finish()
             if (!e->m_parentName.isEmpty()) {
                 parent = m_byName.value(e->m_parentName);
                 if (!parent)
-                    return Error{ErrorCode::Generic, QStringLiteral("Entity %1 has an unknown parent %2.")
-                                                         .arg(e->m_name, e->m_parentName)};
+                    return Error{ErrorCode::Generic,
+                                 QStringLiteral("Entity %1 has an unknown parent %2.")
+                                     .arg(e->m_name, e->m_parentName)};
                 if (!placed.contains(parent))
                     continue;
             }
@@ -111,18 +114,23 @@ Result<void> ManagedObjectModel::finish()
                              QStringLiteral("%1.%2: many-to-many links are not supported.")
                                  .arg(e->m_name, r.name)};
             r.inverse = inverse;
+            r.inverseSlot = r.destination->slot(r.inverseName)->index;
         }
     }
 
     QCryptographicHash hash(QCryptographicHash::Sha256);
     auto sorted = ordered;
-    std::sort(sorted.begin(), sorted.end(),
-              [](auto *a, auto *b) { return a->m_name < b->m_name; });
+    std::sort(sorted.begin(), sorted.end(), [](auto *a, auto *b) { return a->m_name < b->m_name; });
     for (const EntityDescription *e : sorted) {
-        hash.addData(QStringLiteral("E:%1:%2:%3;").arg(e->m_name, e->m_parentName).arg(e->m_abstract).toUtf8());
+        hash.addData(QStringLiteral("E:%1:%2:%3;")
+                         .arg(e->m_name, e->m_parentName)
+                         .arg(e->m_abstract)
+                         .toUtf8());
         QStringList props;
         for (const auto &a : e->m_ownAttributes)
-            props.append(QStringLiteral("A:%1:%2:%3").arg(a.name, QLatin1String(typeName(a.type))).arg(a.transient));
+            props.append(QStringLiteral("A:%1:%2:%3")
+                             .arg(a.name, QLatin1String(typeName(a.type)))
+                             .arg(a.transient));
         for (const auto &r : e->m_ownRelationships)
             props.append(QStringLiteral("R:%1:%2:%3:%4")
                              .arg(r.name, r.destinationEntityName, r.inverseName)
@@ -135,27 +143,23 @@ Result<void> ManagedObjectModel::finish()
     return {};
 }
 
-const EntityDescription *ManagedObjectModel::entity(const QString &name) const
-{
+const EntityDescription *ManagedObjectModel::entity(const QString &name) const {
     return m_byName.value(name);
 }
 
-QList<const EntityDescription *> ManagedObjectModel::entities() const
-{
+QList<const EntityDescription *> ManagedObjectModel::entities() const {
     QList<const EntityDescription *> list;
     for (const auto &e : m_entities)
         list.append(e.get());
     return list;
 }
 
-const FetchRequestTemplate *ManagedObjectModel::fetchRequestTemplate(const QString &name) const
-{
+const FetchRequestTemplate *ManagedObjectModel::fetchRequestTemplate(const QString &name) const {
     auto it = m_templates.constFind(name);
     return it == m_templates.cend() ? nullptr : &it.value();
 }
 
-QStringList ManagedObjectModel::fetchRequestTemplateNames() const
-{
+QStringList ManagedObjectModel::fetchRequestTemplateNames() const {
     QStringList names = m_templates.keys();
     names.sort();
     return names;

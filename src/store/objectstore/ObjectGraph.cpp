@@ -4,15 +4,14 @@
 #include "store/objectstore/ManagedObject.h"
 
 #include <QDateTime>
-#include <QTimeZone>
 
-QVariant ObjectGraph::normalize(const QVariant &value, AttributeType type)
-{
+QVariant ObjectGraph::normalize(const QVariant &value, AttributeType type) {
     if (!value.isValid() || value.isNull())
         return {};
     switch (type) {
     case AttributeType::String:
-        return value.metaType() == QMetaType::fromType<QString>() ? value : QVariant(value.toString());
+        return value.metaType() == QMetaType::fromType<QString>() ? value
+                                                                  : QVariant(value.toString());
     case AttributeType::Integer:
         if (value.metaType() == QMetaType::fromType<Decimal>())
             return QVariant(qint64(value.value<Decimal>().toLongLong()));
@@ -25,7 +24,8 @@ QVariant ObjectGraph::normalize(const QVariant &value, AttributeType type)
         const QDateTime date = value.toDateTime();
         if (!date.isValid())
             return {};
-        return QVariant(QDateTime::fromMSecsSinceEpoch(date.toMSecsSinceEpoch(), QTimeZone::utc()));
+        // Qt::UTC keeps the date inline; a QTimeZone-based one allocates per value.
+        return QVariant(QDateTime::fromMSecsSinceEpoch(date.toMSecsSinceEpoch(), Qt::UTC));
     }
     case AttributeType::Binary:
         return QVariant(value.toByteArray());
@@ -37,15 +37,13 @@ QVariant ObjectGraph::normalize(const QVariant &value, AttributeType type)
     return {};
 }
 
-ManagedObject *ObjectGraph::visible(ManagedObject *object)
-{
+ManagedObject *ObjectGraph::visible(ManagedObject *object) {
     if (!object || object->isDeleted() || object->m_state == ManagedObject::State::Missing)
         return nullptr;
     return object;
 }
 
-bool ObjectGraph::sameValue(const QVariant &a, const QVariant &b)
-{
+bool ObjectGraph::sameValue(const QVariant &a, const QVariant &b) {
     if (a.isValid() != b.isValid())
         return false;
     if (!a.isValid())

@@ -13,25 +13,20 @@ ObjectID::ObjectID(const EntityDescription *entity, QString storeUuid, qint64 nu
     : m_entity(entity)
     , m_storeUuid(std::move(storeUuid))
     , m_number(number)
-    , m_temporary(temporary)
-{
-}
+    , m_temporary(temporary) {}
 
-QString ObjectID::entityName() const
-{
+QString ObjectID::entityName() const {
     return m_entity ? m_entity->name() : QString();
 }
 
-QString ObjectID::uriText() const
-{
+QString ObjectID::uriText() const {
     if (!m_entity)
         return {};
     return kScheme + m_storeUuid + u'/' + m_entity->name() + u'/' + (m_temporary ? u't' : u'p') +
            QString::number(m_number);
 }
 
-std::optional<ObjectID::UriParts> ObjectID::parseUri(const QString &text)
-{
+std::optional<ObjectID::UriParts> ObjectID::parseUri(const QString &text) {
     if (!text.startsWith(kScheme))
         return std::nullopt;
     const QStringList parts = text.mid(kScheme.size()).split(u'/');
@@ -47,13 +42,11 @@ std::optional<ObjectID::UriParts> ObjectID::parseUri(const QString &text)
     return UriParts{parts[0], parts[1], number, kind == u't'};
 }
 
-bool ObjectID::operator==(const ObjectID &other) const
-{
+bool ObjectID::operator==(const ObjectID &other) const {
     return m_entity == other.m_entity && m_number == other.m_number &&
            m_temporary == other.m_temporary && m_storeUuid == other.m_storeUuid;
 }
 
-size_t qHash(const ObjectID &id, size_t seed)
-{
+size_t qHash(const ObjectID &id, size_t seed) {
     return qHashMulti(seed, id.entity(), id.number(), id.isTemporaryID());
 }

@@ -1,14 +1,12 @@
 #include "store/objectstore/ObjectSet.h"
 
-bool ObjectSet::contains(ManagedObject *object) const
-{
+bool ObjectSet::contains(ManagedObject *object) const {
     if (!m_index.isEmpty())
         return m_index.contains(object);
     return m_items.contains(object);
 }
 
-bool ObjectSet::insert(ManagedObject *object)
-{
+bool ObjectSet::insert(ManagedObject *object) {
     if (contains(object))
         return false;
     m_items.append(object);
@@ -19,8 +17,15 @@ bool ObjectSet::insert(ManagedObject *object)
     return true;
 }
 
-bool ObjectSet::remove(ManagedObject *object)
-{
+void ObjectSet::appendNew(ManagedObject *object) {
+    m_items.append(object);
+    if (!m_index.isEmpty())
+        m_index.insert(object, m_items.size() - 1);
+    else if (m_items.size() > kIndexThreshold)
+        buildIndex();
+}
+
+bool ObjectSet::remove(ManagedObject *object) {
     qsizetype position = -1;
     if (!m_index.isEmpty()) {
         auto it = m_index.find(object);
@@ -41,14 +46,12 @@ bool ObjectSet::remove(ManagedObject *object)
     return true;
 }
 
-void ObjectSet::clear()
-{
+void ObjectSet::clear() {
     m_items.clear();
     m_index.clear();
 }
 
-void ObjectSet::buildIndex()
-{
+void ObjectSet::buildIndex() {
     m_index.reserve(m_items.size() * 2);
     for (qsizetype i = 0; i < m_items.size(); ++i)
         m_index.insert(m_items[i], i);

@@ -13,6 +13,8 @@ public:
     bool contains(ManagedObject *object) const;
     bool insert(ManagedObject *object); // false when already a member
     bool remove(ManagedObject *object); // false when not a member
+    // Adds an object known not to be a member (a row being loaded), skipping the search.
+    void appendNew(ManagedObject *object);
     void clear();
     qsizetype size() const { return m_items.size(); }
     bool isEmpty() const { return m_items.isEmpty(); }

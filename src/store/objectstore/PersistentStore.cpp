@@ -18,57 +18,61 @@ namespace {
 
 const char kFormat[] = "billfold-store-1";
 
-QString displayName(const QString &path)
-{
+QString displayName(const QString &path) {
     return QFileInfo(path).fileName();
 }
 
-QString quoted(const QString &identifier)
-{
+QString quoted(const QString &identifier) {
     return u'"' + identifier + u'"';
 }
 
-const char *sqlType(AttributeType type)
-{
+const char *sqlType(AttributeType type) {
     switch (type) {
     case AttributeType::String:
-    case AttributeType::Decimal: return "TEXT";
+    case AttributeType::Decimal:
+        return "TEXT";
     case AttributeType::Integer:
     case AttributeType::Boolean:
-    case AttributeType::Date: return "INTEGER";
-    case AttributeType::Binary: return "BLOB";
-    case AttributeType::Float: return "REAL";
+    case AttributeType::Date:
+        return "INTEGER";
+    case AttributeType::Binary:
+        return "BLOB";
+    case AttributeType::Float:
+        return "REAL";
     }
     return "";
 }
 
-Error openError(const QString &path, int sqliteCode, const QString &detail)
-{
+Error openError(const QString &path, int sqliteCode, const QString &detail) {
     const int primary = sqliteCode & 0xff;
     if (primary == SQLITE_NOTADB)
         return {ErrorCode::FileNotADocument,
                 QStringLiteral("“%1” is not a Billfold document.").arg(displayName(path))};
     if (primary == SQLITE_CORRUPT)
-        return {ErrorCode::FileDamaged, QStringLiteral("The document “%1” is damaged and cannot be opened (%2).")
-                                            .arg(displayName(path), detail)};
+        return {ErrorCode::FileDamaged,
+                QStringLiteral("The document “%1” is damaged and cannot be opened (%2).")
+                    .arg(displayName(path), detail)};
     if (primary == SQLITE_BUSY || primary == SQLITE_LOCKED)
-        return {ErrorCode::FileLocked, QStringLiteral("The document “%1” is in use by another program.")
-                                           .arg(displayName(path))};
-    return {ErrorCode::FileNotReadable,
-            QStringLiteral("The document “%1” cannot be read (%2).").arg(displayName(path), detail)};
+        return {ErrorCode::FileLocked,
+                QStringLiteral("The document “%1” is in use by another program.")
+                    .arg(displayName(path))};
+    return {
+        ErrorCode::FileNotReadable,
+        QStringLiteral("The document “%1” cannot be read (%2).").arg(displayName(path), detail)};
 }
 
 // True when the file looks cut short: fewer bytes than the pages it claims, with no
 // write-ahead log that could hold the rest.
-bool looksTruncated(const QString &path, SqliteConnection &connection)
-{
+bool looksTruncated(const QString &path, SqliteConnection &connection) {
     sqlite3_stmt *stmt = nullptr;
     qint64 pageCount = 0, pageSize = 0;
-    if (sqlite3_prepare_v2(connection.handle(), "PRAGMA page_count", -1, &stmt, nullptr) == SQLITE_OK &&
+    if (sqlite3_prepare_v2(connection.handle(), "PRAGMA page_count", -1, &stmt, nullptr) ==
+            SQLITE_OK &&
         sqlite3_step(stmt) == SQLITE_ROW)
         pageCount = sqlite3_column_int64(stmt, 0);
     sqlite3_finalize(stmt);
-    if (sqlite3_prepare_v2(connection.handle(), "PRAGMA page_size", -1, &stmt, nullptr) == SQLITE_OK &&
+    if (sqlite3_prepare_v2(connection.handle(), "PRAGMA page_size", -1, &stmt, nullptr) ==
+            SQLITE_OK &&
         sqlite3_step(stmt) == SQLITE_ROW)
         pageSize = sqlite3_column_int64(stmt, 0);
     sqlite3_finalize(stmt);
@@ -78,8 +82,7 @@ bool looksTruncated(const QString &path, SqliteConnection &connection)
     return QFileInfo(path).size() < pageCount * pageSize;
 }
 
-Result<QHash<QString, QString>> readMeta(SqliteConnection &connection, const QString &path)
-{
+Result<QHash<QString, QString>> readMeta(SqliteConnection &connection, const QString &path) {
     SqliteStatement *stmt = connection.statement(QStringLiteral("SELECT key, value FROM _meta"));
     if (!stmt) {
         const int code = connection.lastErrorCode();
@@ -91,8 +94,10 @@ Result<QHash<QString, QString>> readMeta(SqliteConnection &connection, const QSt
     QHash<QString, QString> meta;
     int rc;
     while ((rc = stmt->step()) == SQLITE_ROW) {
-        meta.insert(QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(stmt->handle(), 0))),
-                    QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(stmt->handle(), 1))));
+        meta.insert(QString::fromUtf8(
+                        reinterpret_cast<const char *>(sqlite3_column_text(stmt->handle(), 0))),
+                    QString::fromUtf8(
+                        reinterpret_cast<const char *>(sqlite3_column_text(stmt->handle(), 1))));
     }
     if (rc != SQLITE_DONE)
         return openError(path, rc, connection.lastError());
@@ -103,8 +108,7 @@ Result<QHash<QString, QString>> readMeta(SqliteConnection &connection, const QSt
     return meta;
 }
 
-QString createTableSql(const EntityDescription *entity)
-{
+QString createTableSql(const EntityDescription *entity) {
     QStringList columns{QStringLiteral("pk INTEGER PRIMARY KEY")};
     for (const auto &a : entity->attributes())
         if (!a.transient)
@@ -112,28 +116,28 @@ QString createTableSql(const EntityDescription *entity)
                            QLatin1String(sqlType(a.type)));
     for (const auto &r : entity->relationships())
         if (!r.toMany)
-            columns.append(quoted(PersistentStore::linkColumn(r.name)) + QStringLiteral(" INTEGER, ") +
-                           quoted(PersistentStore::linkEntityColumn(r.name)) + QStringLiteral(" INTEGER"));
+            columns.append(
+                quoted(PersistentStore::linkColumn(r.name)) + QStringLiteral(" INTEGER, ") +
+                quoted(PersistentStore::linkEntityColumn(r.name)) + QStringLiteral(" INTEGER"));
     return QStringLiteral("CREATE TABLE IF NOT EXISTS %1 (%2)")
         .arg(quoted(PersistentStore::tableName(entity)), columns.join(QStringLiteral(", ")));
 }
 
-QSet<QString> existingColumns(SqliteConnection &connection, const QString &table)
-{
+QSet<QString> existingColumns(SqliteConnection &connection, const QString &table) {
     QSet<QString> names;
     sqlite3_stmt *stmt = nullptr;
     const QByteArray sql = QStringLiteral("PRAGMA table_info(%1)").arg(quoted(table)).toUtf8();
     if (sqlite3_prepare_v2(connection.handle(), sql.constData(), -1, &stmt, nullptr) == SQLITE_OK)
         while (sqlite3_step(stmt) == SQLITE_ROW)
-            names.insert(QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(stmt, 1))));
+            names.insert(
+                QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(stmt, 1))));
     sqlite3_finalize(stmt);
     return names;
 }
 
-Result<void> setMeta(SqliteConnection &connection, const QString &key, const QString &value)
-{
-    SqliteStatement *stmt =
-        connection.statement(QStringLiteral("INSERT OR REPLACE INTO _meta(key, value) VALUES(?, ?)"));
+Result<void> setMeta(SqliteConnection &connection, const QString &key, const QString &value) {
+    SqliteStatement *stmt = connection.statement(
+        QStringLiteral("INSERT OR REPLACE INTO _meta(key, value) VALUES(?, ?)"));
     if (!stmt)
         return Error{ErrorCode::WriteFailed, connection.lastError()};
     const QByteArray k = key.toUtf8(), v = value.toUtf8();
@@ -146,38 +150,33 @@ Result<void> setMeta(SqliteConnection &connection, const QString &key, const QSt
     return {};
 }
 
-QString immutableUri(const QString &path)
-{
+QString immutableUri(const QString &path) {
     return QStringLiteral("file:%1?immutable=1")
         .arg(QString::fromUtf8(QUrl::toPercentEncoding(QFileInfo(path).absoluteFilePath(), "/")));
 }
 
 } // namespace
 
-QString PersistentStore::tableName(const EntityDescription *entity)
-{
+QString PersistentStore::tableName(const EntityDescription *entity) {
     return QStringLiteral("E_") + entity->name();
 }
-QString PersistentStore::attributeColumn(const QString &name)
-{
+QString PersistentStore::attributeColumn(const QString &name) {
     return QStringLiteral("a_") + name;
 }
-QString PersistentStore::linkColumn(const QString &name)
-{
+QString PersistentStore::linkColumn(const QString &name) {
     return QStringLiteral("r_") + name;
 }
-QString PersistentStore::linkEntityColumn(const QString &name)
-{
+QString PersistentStore::linkEntityColumn(const QString &name) {
     return QStringLiteral("r_") + name + QStringLiteral("_e");
 }
 
 PersistentStore::~PersistentStore() = default;
 
-Result<StoreMetadata> PersistentStore::metadataForFile(const QString &path)
-{
+Result<StoreMetadata> PersistentStore::metadataForFile(const QString &path) {
     const QFileInfo info(path);
     if (!info.exists())
-        return Error{ErrorCode::FileMissing, QStringLiteral("The file “%1” does not exist.").arg(path)};
+        return Error{ErrorCode::FileMissing,
+                     QStringLiteral("The file “%1” does not exist.").arg(path)};
     QFile file(path);
     if (!info.isFile() || !file.open(QIODevice::ReadOnly))
         return Error{ErrorCode::FileNotReadable,
@@ -189,15 +188,19 @@ Result<StoreMetadata> PersistentStore::metadataForFile(const QString &path)
                      QStringLiteral("“%1” is not a Billfold document.").arg(displayName(path))};
     // Read as immutable: no lock, no log, no side file is made next to a file we may refuse.
     // The identity rows are written once, at creation, so the log cannot hide a newer one.
-    auto connection = SqliteConnection::open(immutableUri(path), SqliteConnection::Mode::ReadOnly, true);
+    auto connection =
+        SqliteConnection::open(immutableUri(path), SqliteConnection::Mode::ReadOnly, true);
     if (!connection)
         return openError(path, SQLITE_CANTOPEN, connection.error().message);
     auto meta = readMeta(**connection, path);
     if (!meta)
         return meta.error();
     if (looksTruncated(path, **connection))
-        return Error{ErrorCode::FileDamaged, QStringLiteral("The document “%1” is damaged and cannot be opened (the file is incomplete).")
-                                                 .arg(displayName(path))};
+        return Error{
+            ErrorCode::FileDamaged,
+            QStringLiteral(
+                "The document “%1” is damaged and cannot be opened (the file is incomplete).")
+                .arg(displayName(path))};
     return StoreMetadata{meta->value(QStringLiteral("modelVersion")),
                          meta->value(QStringLiteral("modelHash")).toLatin1(),
                          meta->value(QStringLiteral("storeUUID"))};
@@ -205,8 +208,7 @@ Result<StoreMetadata> PersistentStore::metadataForFile(const QString &path)
 
 Result<std::shared_ptr<PersistentStore>> PersistentStore::open(const QString &path,
                                                                const ManagedObjectModel &model,
-                                                               const Options &options)
-{
+                                                               const Options &options) {
     // Everything is checked through a read-only connection first, so that a foreign or
     // damaged file is never written to.
     auto metadata = metadataForFile(path);
@@ -219,7 +221,8 @@ Result<std::shared_ptr<PersistentStore>> PersistentStore::open(const QString &pa
             older = candidate;
     if (!current && !older)
         return Error{ErrorCode::FileNewerModel,
-                     QStringLiteral("“%1” was made by a newer or unknown version of Billfold (data model “%2”) and cannot be opened.")
+                     QStringLiteral("“%1” was made by a newer or unknown version of Billfold (data "
+                                    "model “%2”) and cannot be opened.")
                          .arg(displayName(path), metadata->modelVersion)};
 
     const QFileInfo info(path);
@@ -231,12 +234,15 @@ Result<std::shared_ptr<PersistentStore>> PersistentStore::open(const QString &pa
     store->m_uuid = metadata->storeUuid;
     store->m_originalVersion = metadata->modelVersion;
     if (store->m_readOnly && older)
-        return Error{ErrorCode::FileReadOnly,
-                     QStringLiteral("“%1” needs to be upgraded to this version of Billfold, but it is read-only.")
-                         .arg(displayName(path))};
+        return Error{
+            ErrorCode::FileReadOnly,
+            QStringLiteral(
+                "“%1” needs to be upgraded to this version of Billfold, but it is read-only.")
+                .arg(displayName(path))};
 
     auto connection = store->openConnection();
-    if (store->m_readOnly && (!connection || !(*connection)->exec(QStringLiteral("SELECT 1 FROM _meta LIMIT 1")))) {
+    if (store->m_readOnly &&
+        (!connection || !(*connection)->exec(QStringLiteral("SELECT 1 FROM _meta LIMIT 1")))) {
         store->m_immutable = true;
         connection = store->openConnection();
     }
@@ -254,8 +260,7 @@ Result<std::shared_ptr<PersistentStore>> PersistentStore::open(const QString &pa
 }
 
 Result<std::shared_ptr<PersistentStore>> PersistentStore::create(const QString &path,
-                                                                 const ManagedObjectModel &model)
-{
+                                                                 const ManagedObjectModel &model) {
     if (QFileInfo::exists(path))
         return Error{ErrorCode::WriteFailed,
                      QStringLiteral("“%1” already exists; a new document is not written over it.")
@@ -268,11 +273,12 @@ Result<std::shared_ptr<PersistentStore>> PersistentStore::create(const QString &
     return memory;
 }
 
-Result<std::shared_ptr<PersistentStore>> PersistentStore::createInMemory(const ManagedObjectModel &model)
-{
+Result<std::shared_ptr<PersistentStore>>
+PersistentStore::createInMemory(const ManagedObjectModel &model) {
     std::shared_ptr<PersistentStore> store(new PersistentStore);
     store->m_model = &model;
-    store->m_uuid = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+    // Lower case, as URL hosts are: URIs pass through QUrl in copy dictionaries.
+    store->m_uuid = QUuid::createUuid().toString(QUuid::WithoutBraces);
     store->m_memoryName = QStringLiteral("billfold-") + store->m_uuid;
     store->m_originalVersion = model.versionName();
     auto connection = store->openConnection();
@@ -286,8 +292,7 @@ Result<std::shared_ptr<PersistentStore>> PersistentStore::createInMemory(const M
     return store;
 }
 
-QString PersistentStore::connectionLocation(bool *uri) const
-{
+QString PersistentStore::connectionLocation(bool *uri) const {
     if (isInMemory()) {
         *uri = true;
         return QStringLiteral("file:%1?mode=memory&cache=shared").arg(m_memoryName);
@@ -296,8 +301,7 @@ QString PersistentStore::connectionLocation(bool *uri) const
     return m_immutable ? immutableUri(m_path) : m_path;
 }
 
-Result<std::unique_ptr<SqliteConnection>> PersistentStore::openConnection() const
-{
+Result<std::unique_ptr<SqliteConnection>> PersistentStore::openConnection() const {
     bool uri = false;
     QString location;
     {
@@ -315,8 +319,7 @@ Result<std::unique_ptr<SqliteConnection>> PersistentStore::openConnection() cons
     return connection;
 }
 
-Result<void> PersistentStore::initialise(SqliteConnection &connection, bool fresh)
-{
+Result<void> PersistentStore::initialise(SqliteConnection &connection, bool fresh) {
     if (auto r = connection.exec(QStringLiteral("BEGIN IMMEDIATE")); !r)
         return r;
     auto fail = [&](const QString &message) -> Result<void> {
@@ -324,8 +327,10 @@ Result<void> PersistentStore::initialise(SqliteConnection &connection, bool fres
         return Error{ErrorCode::WriteFailed, message};
     };
     if (fresh) {
-        if (!connection.exec(QStringLiteral("CREATE TABLE _meta (key TEXT PRIMARY KEY, value TEXT)")) ||
-            !connection.exec(QStringLiteral("CREATE TABLE _entities (code INTEGER PRIMARY KEY, name TEXT UNIQUE NOT NULL)")))
+        if (!connection.exec(
+                QStringLiteral("CREATE TABLE _meta (key TEXT PRIMARY KEY, value TEXT)")) ||
+            !connection.exec(QStringLiteral(
+                "CREATE TABLE _entities (code INTEGER PRIMARY KEY, name TEXT UNIQUE NOT NULL)")))
             return fail(connection.lastError());
         for (auto r : {setMeta(connection, QStringLiteral("format"), QLatin1String(kFormat)),
                        setMeta(connection, QStringLiteral("storeUUID"), m_uuid)})
@@ -343,8 +348,9 @@ Result<void> PersistentStore::initialise(SqliteConnection &connection, bool fres
         auto addColumn = [&](const QString &column, const char *type) -> bool {
             if (columns.contains(column))
                 return true;
-            return bool(connection.exec(QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3")
-                                            .arg(quoted(table), quoted(column), QLatin1String(type))));
+            return bool(
+                connection.exec(QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3")
+                                    .arg(quoted(table), quoted(column), QLatin1String(type))));
         };
         for (const auto &a : entity->attributes())
             if (!a.transient && !addColumn(attributeColumn(a.name), sqlType(a.type)))
@@ -353,7 +359,8 @@ Result<void> PersistentStore::initialise(SqliteConnection &connection, bool fres
             if (!r.toMany && (!addColumn(linkColumn(r.name), "INTEGER") ||
                               !addColumn(linkEntityColumn(r.name), "INTEGER")))
                 return fail(connection.lastError());
-        SqliteStatement *stmt = connection.statement(QStringLiteral("INSERT OR IGNORE INTO _entities(name) VALUES(?)"));
+        SqliteStatement *stmt =
+            connection.statement(QStringLiteral("INSERT OR IGNORE INTO _entities(name) VALUES(?)"));
         if (!stmt)
             return fail(connection.lastError());
         const QByteArray name = entity->name().toUtf8();
@@ -363,7 +370,8 @@ Result<void> PersistentStore::initialise(SqliteConnection &connection, bool fres
         stmt->reset();
     }
     for (auto r : {setMeta(connection, QStringLiteral("modelVersion"), m_model->versionName()),
-                   setMeta(connection, QStringLiteral("modelHash"), QString::fromLatin1(m_model->versionHash()))})
+                   setMeta(connection, QStringLiteral("modelHash"),
+                           QString::fromLatin1(m_model->versionHash()))})
         if (!r)
             return fail(r.error().message);
     if (auto r = connection.exec(QStringLiteral("COMMIT")); !r)
@@ -372,8 +380,8 @@ Result<void> PersistentStore::initialise(SqliteConnection &connection, bool fres
 }
 
 Result<void> PersistentStore::upgradeIfNeeded(SqliteConnection &connection,
-                                              const StoreMetadata &metadata, const Options &options)
-{
+                                              const StoreMetadata &metadata,
+                                              const Options &options) {
     if (metadata.modelHash == m_model->versionHash())
         return {};
     const ManagedObjectModel *older = nullptr;
@@ -385,21 +393,27 @@ Result<void> PersistentStore::upgradeIfNeeded(SqliteConnection &connection,
     for (const EntityDescription *old : older->entities()) {
         const EntityDescription *now = m_model->entity(old->name());
         if (!now)
-            return Error{ErrorCode::FileNewerModel, QStringLiteral("“%1” uses an older data model (“%2”) that cannot be upgraded in place.")
-                                                        .arg(displayName(m_path), metadata.modelVersion)};
+            return Error{
+                ErrorCode::FileNewerModel,
+                QStringLiteral(
+                    "“%1” uses an older data model (“%2”) that cannot be upgraded in place.")
+                    .arg(displayName(m_path), metadata.modelVersion)};
         for (const auto &a : old->attributes()) {
             const AttributeDescription *n = now->attribute(a.name);
             if (!n || n->type != a.type)
-                return Error{ErrorCode::FileNewerModel, QStringLiteral("“%1” uses an older data model (“%2”) that cannot be upgraded in place.")
-                                                            .arg(displayName(m_path), metadata.modelVersion)};
+                return Error{
+                    ErrorCode::FileNewerModel,
+                    QStringLiteral(
+                        "“%1” uses an older data model (“%2”) that cannot be upgraded in place.")
+                        .arg(displayName(m_path), metadata.modelVersion)};
         }
     }
     return initialise(connection, false);
 }
 
-Result<void> PersistentStore::readLayout(SqliteConnection &connection)
-{
-    SqliteStatement *stmt = connection.statement(QStringLiteral("SELECT code, name FROM _entities"));
+Result<void> PersistentStore::readLayout(SqliteConnection &connection) {
+    SqliteStatement *stmt =
+        connection.statement(QStringLiteral("SELECT code, name FROM _entities"));
     if (!stmt)
         return openError(m_path, connection.lastErrorCode(), connection.lastError());
     QHash<const EntityDescription *, int> codes;
@@ -407,7 +421,8 @@ Result<void> PersistentStore::readLayout(SqliteConnection &connection)
     int rc;
     while ((rc = stmt->step()) == SQLITE_ROW) {
         const int code = sqlite3_column_int(stmt->handle(), 0);
-        const QString name = QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(stmt->handle(), 1)));
+        const QString name = QString::fromUtf8(
+            reinterpret_cast<const char *>(sqlite3_column_text(stmt->handle(), 1)));
         if (const EntityDescription *entity = m_model->entity(name)) {
             codes.insert(entity, code);
             byCode.insert(code, entity);
@@ -421,9 +436,12 @@ Result<void> PersistentStore::readLayout(SqliteConnection &connection)
         if (entity->isAbstract())
             continue;
         if (!codes.contains(entity))
-            return Error{ErrorCode::FileDamaged, QStringLiteral("The document “%1” is damaged and cannot be opened (the table of %2 is missing).")
-                                                     .arg(displayName(m_path), entity->name())};
-        SqliteStatement *max = connection.statement(QStringLiteral("SELECT MAX(pk) FROM %1").arg(quoted(tableName(entity))));
+            return Error{ErrorCode::FileDamaged,
+                         QStringLiteral("The document “%1” is damaged and cannot be opened (the "
+                                        "table of %2 is missing).")
+                             .arg(displayName(m_path), entity->name())};
+        SqliteStatement *max = connection.statement(
+            QStringLiteral("SELECT MAX(pk) FROM %1").arg(quoted(tableName(entity))));
         if (!max || max->step() != SQLITE_ROW)
             return openError(m_path, connection.lastErrorCode(), connection.lastError());
         next.insert(entity, sqlite3_column_int64(max->handle(), 0) + 1);
@@ -437,11 +455,11 @@ Result<void> PersistentStore::readLayout(SqliteConnection &connection)
     return {};
 }
 
-Result<void> PersistentStore::saveAs(const QString &path)
-{
+Result<void> PersistentStore::saveAs(const QString &path) {
     const QFileInfo target(path);
     const QString temporary = target.absolutePath() + QStringLiteral("/.") + target.fileName() +
-                              QStringLiteral(".saving-") + QUuid::createUuid().toString(QUuid::Id128);
+                              QStringLiteral(".saving-") +
+                              QUuid::createUuid().toString(QUuid::Id128);
     auto source = openConnection();
     if (!source)
         return source.error();
@@ -450,13 +468,15 @@ Result<void> PersistentStore::saveAs(const QString &path)
         QFile::remove(temporary + QStringLiteral("-wal"));
         QFile::remove(temporary + QStringLiteral("-shm"));
         return Error{ErrorCode::WriteFailed,
-                     QStringLiteral("The document could not be saved as “%1” (%2).").arg(target.fileName(), detail)};
+                     QStringLiteral("The document could not be saved as “%1” (%2).")
+                         .arg(target.fileName(), detail)};
     };
     {
         auto destination = SqliteConnection::open(temporary, SqliteConnection::Mode::Create);
         if (!destination)
             return failed(destination.error().message);
-        sqlite3_backup *backup = sqlite3_backup_init((*destination)->handle(), "main", (*source)->handle(), "main");
+        sqlite3_backup *backup =
+            sqlite3_backup_init((*destination)->handle(), "main", (*source)->handle(), "main");
         if (!backup)
             return failed((*destination)->lastError());
         const int rc = sqlite3_backup_step(backup, -1);
@@ -473,7 +493,8 @@ Result<void> PersistentStore::saveAs(const QString &path)
     // A log left by an earlier file of that name would be replayed into the new one.
     QFile::remove(target.absoluteFilePath() + QStringLiteral("-wal"));
     QFile::remove(target.absoluteFilePath() + QStringLiteral("-shm"));
-    if (std::rename(QFile::encodeName(temporary).constData(), QFile::encodeName(target.absoluteFilePath()).constData()) != 0)
+    if (std::rename(QFile::encodeName(temporary).constData(),
+                    QFile::encodeName(target.absoluteFilePath()).constData()) != 0)
         return failed(QStringLiteral("the file could not be put in place"));
     QMutexLocker lock(&m_mutex);
     m_path = target.absoluteFilePath();
@@ -486,14 +507,12 @@ Result<void> PersistentStore::saveAs(const QString &path)
     return {};
 }
 
-quint64 PersistentStore::generation() const
-{
+quint64 PersistentStore::generation() const {
     QMutexLocker lock(&m_mutex);
     return m_generation;
 }
 
-qint64 PersistentStore::allocatePrimaryKey(const EntityDescription *entity)
-{
+qint64 PersistentStore::allocatePrimaryKey(const EntityDescription *entity) {
     QMutexLocker lock(&m_mutex);
     qint64 &next = m_nextPk[entity];
     if (next < 1)
@@ -501,14 +520,12 @@ qint64 PersistentStore::allocatePrimaryKey(const EntityDescription *entity)
     return next++;
 }
 
-int PersistentStore::entityCode(const EntityDescription *entity) const
-{
-    QMutexLocker lock(&m_mutex);
+// The code tables are filled while the store is opened, before any context can see it, and
+// never change after: no lock on this hot path of loading rows.
+int PersistentStore::entityCode(const EntityDescription *entity) const {
     return m_codes.value(entity, 0);
 }
 
-const EntityDescription *PersistentStore::entityForCode(int code) const
-{
-    QMutexLocker lock(&m_mutex);
+const EntityDescription *PersistentStore::entityForCode(int code) const {
     return m_entitiesByCode.value(code, nullptr);
 }

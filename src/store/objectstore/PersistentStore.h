@@ -33,9 +33,8 @@ public:
         QList<const ManagedObjectModel *> olderModels;
     };
 
-    static Result<std::shared_ptr<PersistentStore>> open(const QString &path,
-                                                         const ManagedObjectModel &model,
-                                                         const Options &options);
+    static Result<std::shared_ptr<PersistentStore>>
+    open(const QString &path, const ManagedObjectModel &model, const Options &options);
     static Result<std::shared_ptr<PersistentStore>> open(const QString &path,
                                                          const ManagedObjectModel &model) {
         return open(path, model, Options{});

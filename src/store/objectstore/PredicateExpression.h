@@ -32,6 +32,11 @@ public:
     const QVariant &constantValue() const { return m_constant; }
 
     QVariant value(const PredicateContext &context) const;
+    // The value in place where the object stores it (a one-key path); else null.
+    const QVariant *storedValue(const PredicateContext &context) const {
+        return m_kind == Kind::KeyPath && context.object ? m_keyPath.storedValueOf(*context.object)
+                                                         : nullptr;
+    }
     // Variables found in the map become constants; the others stay.
     PredicateExpression substituted(const QVariantMap &variables) const;
     QString format() const;

@@ -2,37 +2,40 @@
 
 #include <sqlite3.h>
 
-SqliteStatement::~SqliteStatement()
-{
+SqliteStatement::~SqliteStatement() {
     sqlite3_finalize(m_statement);
 }
 
-void SqliteStatement::reset()
-{
+void SqliteStatement::reset() {
     sqlite3_reset(m_statement);
     sqlite3_clear_bindings(m_statement);
 }
 
-int SqliteStatement::step()
-{
+int SqliteStatement::step() {
     return sqlite3_step(m_statement);
 }
 
-Result<std::unique_ptr<SqliteConnection>> SqliteConnection::open(const QString &location,
-                                                                 Mode mode, bool uri)
-{
+Result<std::unique_ptr<SqliteConnection>> SqliteConnection::open(const QString &location, Mode mode,
+                                                                 bool uri) {
     int flags = SQLITE_OPEN_NOMUTEX; // a connection belongs to one thread
     switch (mode) {
-    case Mode::ReadOnly: flags |= SQLITE_OPEN_READONLY; break;
-    case Mode::ReadWrite: flags |= SQLITE_OPEN_READWRITE; break;
-    case Mode::Create: flags |= SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE; break;
+    case Mode::ReadOnly:
+        flags |= SQLITE_OPEN_READONLY;
+        break;
+    case Mode::ReadWrite:
+        flags |= SQLITE_OPEN_READWRITE;
+        break;
+    case Mode::Create:
+        flags |= SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+        break;
     }
     if (uri)
         flags |= SQLITE_OPEN_URI;
     sqlite3 *db = nullptr;
     const int rc = sqlite3_open_v2(location.toUtf8().constData(), &db, flags, nullptr);
     if (rc != SQLITE_OK) {
-        const QString message = db ? QString::fromUtf8(sqlite3_errmsg(db)) : QString::fromUtf8(sqlite3_errstr(rc));
+        const QString message =
+            db ? QString::fromUtf8(sqlite3_errmsg(db)) : QString::fromUtf8(sqlite3_errstr(rc));
         sqlite3_close(db);
         return Error{ErrorCode::FileNotReadable, message};
     }
@@ -42,26 +45,24 @@ Result<std::unique_ptr<SqliteConnection>> SqliteConnection::open(const QString &
     return std::unique_ptr<SqliteConnection>(new SqliteConnection(db, mode == Mode::ReadOnly));
 }
 
-SqliteConnection::~SqliteConnection()
-{
+SqliteConnection::~SqliteConnection() {
     m_statements.clear();
     sqlite3_close(m_db);
 }
 
-Result<void> SqliteConnection::exec(const QString &sql)
-{
+Result<void> SqliteConnection::exec(const QString &sql) {
     char *message = nullptr;
     const int rc = sqlite3_exec(m_db, sql.toUtf8().constData(), nullptr, nullptr, &message);
     if (rc != SQLITE_OK) {
         QString text = message ? QString::fromUtf8(message) : QString::fromUtf8(sqlite3_errstr(rc));
         sqlite3_free(message);
-        return Error{rc == SQLITE_NOTADB ? int(ErrorCode::FileNotADocument) : int(ErrorCode::Generic), text};
+        return Error{
+            rc == SQLITE_NOTADB ? int(ErrorCode::FileNotADocument) : int(ErrorCode::Generic), text};
     }
     return {};
 }
 
-SqliteStatement *SqliteConnection::statement(const QString &sql)
-{
+SqliteStatement *SqliteConnection::statement(const QString &sql) {
     auto it = m_statements.constFind(sql);
     if (it != m_statements.cend()) {
         it.value()->reset();
@@ -77,12 +78,10 @@ SqliteStatement *SqliteConnection::statement(const QString &sql)
     return shared.get();
 }
 
-QString SqliteConnection::lastError() const
-{
+QString SqliteConnection::lastError() const {
     return QString::fromUtf8(sqlite3_errmsg(m_db));
 }
 
-int SqliteConnection::lastErrorCode() const
-{
+int SqliteConnection::lastErrorCode() const {
     return sqlite3_extended_errcode(m_db);
 }

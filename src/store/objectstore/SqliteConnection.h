@@ -14,7 +14,9 @@ struct sqlite3_stmt;
 // One prepared statement, reset on each use.
 class SqliteStatement {
 public:
-    SqliteStatement(sqlite3 *db, sqlite3_stmt *statement) : m_db(db), m_statement(statement) {}
+    SqliteStatement(sqlite3 *db, sqlite3_stmt *statement)
+        : m_db(db)
+        , m_statement(statement) {}
     ~SqliteStatement();
     SqliteStatement(const SqliteStatement &) = delete;
     SqliteStatement &operator=(const SqliteStatement &) = delete;
@@ -48,7 +50,9 @@ public:
     bool isReadOnly() const { return m_readOnly; }
 
 private:
-    SqliteConnection(sqlite3 *db, bool readOnly) : m_db(db), m_readOnly(readOnly) {}
+    SqliteConnection(sqlite3 *db, bool readOnly)
+        : m_db(db)
+        , m_readOnly(readOnly) {}
     sqlite3 *m_db;
     bool m_readOnly;
     QHash<QString, std::shared_ptr<SqliteStatement>> m_statements;

@@ -8,25 +8,23 @@ struct UndoManager::Group {
     QList<std::function<void()>> actions;
 };
 
-UndoManager::UndoManager(QObject *parent) : QObject(parent) {}
+UndoManager::UndoManager(QObject *parent)
+    : QObject(parent) {}
 
 UndoManager::~UndoManager() = default;
 
-void UndoManager::beginUndoGrouping()
-{
+void UndoManager::beginUndoGrouping() {
     m_open.append(std::make_shared<Group>());
     emit didOpenUndoGroup();
 }
 
-void UndoManager::endUndoGrouping()
-{
+void UndoManager::endUndoGrouping() {
     if (m_open.isEmpty())
         return;
     closeGroup();
 }
 
-void UndoManager::closeGroup()
-{
+void UndoManager::closeGroup() {
     std::shared_ptr<Group> group = m_open.takeLast();
     if (m_open.isEmpty())
         m_automaticGroupOpen = false;
@@ -48,13 +46,11 @@ void UndoManager::closeGroup()
     emit didCloseUndoGroup();
 }
 
-int UndoManager::groupingLevel() const
-{
+int UndoManager::groupingLevel() const {
     return int(m_open.size());
 }
 
-void UndoManager::registerUndo(std::function<void()> action)
-{
+void UndoManager::registerUndo(std::function<void()> action) {
     if (m_disableCount > 0)
         return;
     if (m_open.isEmpty()) {
@@ -72,47 +68,40 @@ void UndoManager::registerUndo(std::function<void()> action)
     m_open.last()->actions.append(std::move(action));
 }
 
-void UndoManager::closeAutomaticGroup()
-{
+void UndoManager::closeAutomaticGroup() {
     if (m_automaticGroupOpen && m_open.size() == 1)
         closeGroup();
 }
 
-void UndoManager::setActionName(const QString &name)
-{
+void UndoManager::setActionName(const QString &name) {
     if (!m_open.isEmpty())
         m_open.first()->name = name;
     else if (!m_undoStack.isEmpty())
         m_undoStack.last()->name = name;
 }
 
-QString UndoManager::currentActionName() const
-{
+QString UndoManager::currentActionName() const {
     return m_open.isEmpty() ? QString() : m_open.first()->name;
 }
 
-QString UndoManager::undoActionName() const
-{
+QString UndoManager::undoActionName() const {
     return m_undoStack.isEmpty() ? QString() : m_undoStack.last()->name;
 }
 
-QString UndoManager::redoActionName() const
-{
+QString UndoManager::redoActionName() const {
     return m_redoStack.isEmpty() ? QString() : m_redoStack.last()->name;
 }
 
-bool UndoManager::canUndo() const
-{
-    return !m_undoStack.isEmpty() || (m_automaticGroupOpen && m_open.size() == 1 && !m_open.first()->actions.isEmpty());
+bool UndoManager::canUndo() const {
+    return !m_undoStack.isEmpty() ||
+           (m_automaticGroupOpen && m_open.size() == 1 && !m_open.first()->actions.isEmpty());
 }
 
-bool UndoManager::canRedo() const
-{
+bool UndoManager::canRedo() const {
     return !m_redoStack.isEmpty();
 }
 
-void UndoManager::undo()
-{
+void UndoManager::undo() {
     closeAutomaticGroup();
     if (!m_open.isEmpty() || m_undoStack.isEmpty())
         return;
@@ -129,8 +118,7 @@ void UndoManager::undo()
     emit didUndo();
 }
 
-void UndoManager::redo()
-{
+void UndoManager::redo() {
     closeAutomaticGroup();
     if (!m_open.isEmpty() || m_redoStack.isEmpty())
         return;
@@ -147,19 +135,16 @@ void UndoManager::redo()
     emit didRedo();
 }
 
-void UndoManager::disableUndoRegistration()
-{
+void UndoManager::disableUndoRegistration() {
     ++m_disableCount;
 }
 
-void UndoManager::enableUndoRegistration()
-{
+void UndoManager::enableUndoRegistration() {
     if (m_disableCount > 0)
         --m_disableCount;
 }
 
-void UndoManager::removeAllActions()
-{
+void UndoManager::removeAllActions() {
     m_undoStack.clear();
     m_redoStack.clear();
     for (auto &group : m_open)
@@ -167,12 +152,10 @@ void UndoManager::removeAllActions()
     emit stacksChanged();
 }
 
-int UndoManager::undoCount() const
-{
+int UndoManager::undoCount() const {
     return int(m_undoStack.size());
 }
 
-int UndoManager::redoCount() const
-{
+int UndoManager::redoCount() const {
     return int(m_redoStack.size());
 }

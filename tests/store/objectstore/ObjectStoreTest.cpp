@@ -16,34 +16,33 @@ namespace {
 struct Fixture : ::testing::Test {
     std::unique_ptr<ManagedObjectModel> model = makeTestModel();
     QTemporaryDir dir;
-    QString path(const QString &name = QStringLiteral("doc.tadb")) const { return dir.filePath(name); }
+    QString path(const QString &name = QStringLiteral("doc.tadb")) const {
+        return dir.filePath(name);
+    }
 
-    std::unique_ptr<ManagedObjectContext> open(const QString &file)
-    {
+    std::unique_ptr<ManagedObjectContext> open(const QString &file) {
         auto store = PersistentStore::open(file, *model);
         EXPECT_TRUE(store.ok()) << (store.ok() ? "" : qPrintable(store.error().message));
         return store.ok() ? std::make_unique<ManagedObjectContext>(*store) : nullptr;
     }
-    std::unique_ptr<ManagedObjectContext> create(const QString &file)
-    {
+    std::unique_ptr<ManagedObjectContext> create(const QString &file) {
         auto store = PersistentStore::create(file, *model);
         EXPECT_TRUE(store.ok());
         return std::make_unique<ManagedObjectContext>(*store);
     }
     QList<ManagedObject *> fetch(ManagedObjectContext &ctx, const QString &entity,
-                                 const QString &predicate = {}, const QVariantList &args = {})
-    {
+                                 const QString &predicate = {}, const QVariantList &args = {}) {
         FetchRequest request(entity);
         if (!predicate.isEmpty())
-            request.predicate = std::make_shared<const Predicate>(*Predicate::parse(predicate, args));
+            request.predicate =
+                std::make_shared<const Predicate>(*Predicate::parse(predicate, args));
         auto result = ctx.executeFetchRequest(request);
         EXPECT_TRUE(result.ok());
         return result.ok() ? *result : QList<ManagedObject *>{};
     }
 };
 
-TEST_F(Fixture, EveryAttributeTypeSurvivesSaveAndReopenWithValuesAndWithNulls)
-{
+TEST_F(Fixture, EveryAttributeTypeSurvivesSaveAndReopenWithValuesAndWithNulls) {
     const QDateTime when = QDateTime::fromMSecsSinceEpoch(1700000000123, QTimeZone::utc());
     QString fullUri, emptyUri;
     {
@@ -52,8 +51,9 @@ TEST_F(Fixture, EveryAttributeTypeSurvivesSaveAndReopenWithValuesAndWithNulls)
         full->setValueForKey(QStringLiteral("Zoë “quoted”"), QStringLiteral("name"));
         full->setValueForKey(qint64(-9007199254740993), QStringLiteral("count"));
         full->setValueForKey(true, QStringLiteral("flag"));
-        full->setValueForKey(QVariant::fromValue(Decimal::fromString(u"12345678901234567890.123456789012345678")),
-                             QStringLiteral("amount"));
+        full->setValueForKey(
+            QVariant::fromValue(Decimal::fromString(u"12345678901234567890.123456789012345678")),
+            QStringLiteral("amount"));
         full->setValueForKey(when, QStringLiteral("when"));
         full->setValueForKey(0.1, QStringLiteral("ratio"));
         full->setValueForKey(QByteArray("\0\1\2", 3), QStringLiteral("properties"));
@@ -86,8 +86,7 @@ TEST_F(Fixture, EveryAttributeTypeSurvivesSaveAndReopenWithValuesAndWithNulls)
     EXPECT_TRUE(empty->decimalForKey(QStringLiteral("amount")).isNaN());
 }
 
-TEST_F(Fixture, InversesFollowEveryKindOfChangeAndSurviveReopen)
-{
+TEST_F(Fixture, InversesFollowEveryKindOfChangeAndSurviveReopen) {
     auto ctx = create(path());
     auto *a = ctx->insertNewObject(QStringLiteral("Owner"));
     auto *b = ctx->insertNewObject(QStringLiteral("SpecialOwner"));
@@ -129,8 +128,7 @@ TEST_F(Fixture, InversesFollowEveryKindOfChangeAndSurviveReopen)
     EXPECT_EQ(reopened->objectWithURI(aUri)->countForKey(QStringLiteral("things")), 0);
 }
 
-TEST_F(Fixture, DeleteRulesCascadeAndNullifyAndUndoBringsEverythingBack)
-{
+TEST_F(Fixture, DeleteRulesCascadeAndNullifyAndUndoBringsEverythingBack) {
     auto ctx = create(path());
     auto *owner = ctx->insertNewObject(QStringLiteral("Owner"));
     auto *note = ctx->insertNewObject(QStringLiteral("Note"));
@@ -165,18 +163,19 @@ TEST_F(Fixture, DeleteRulesCascadeAndNullifyAndUndoBringsEverythingBack)
     EXPECT_EQ(fetch(*reopened, QStringLiteral("Thing")).size(), 1);
 }
 
-TEST_F(Fixture, FetchesHonourSubentitiesTemplatesSortWindowAndChangeNotifications)
-{
+TEST_F(Fixture, FetchesHonourSubentitiesTemplatesSortWindowAndChangeNotifications) {
     auto ctx = create(path());
     for (int i = 0; i < 5; ++i) {
-        auto *o = ctx->insertNewObject(i % 2 ? QStringLiteral("SpecialOwner") : QStringLiteral("Owner"));
+        auto *o =
+            ctx->insertNewObject(i % 2 ? QStringLiteral("SpecialOwner") : QStringLiteral("Owner"));
         o->setValueForKey(QStringLiteral("Item %1").arg(10 - i), QStringLiteral("name"));
     }
     FetchRequest plain(QStringLiteral("Owner"));
     plain.includesSubentities = false;
     EXPECT_EQ(ctx->executeFetchRequest(plain)->size(), 3);
     FetchRequest sorted(QStringLiteral("Owner"));
-    sorted.sortDescriptors = {SortDescriptor(QStringLiteral("name"), true, SortDescriptor::Comparison::LocalizedStandard)};
+    sorted.sortDescriptors = {SortDescriptor(QStringLiteral("name"), true,
+                                             SortDescriptor::Comparison::LocalizedStandard)};
     sorted.fetchOffset = 1;
     sorted.fetchLimit = 2;
     auto window = *ctx->executeFetchRequest(sorted);
@@ -184,7 +183,8 @@ TEST_F(Fixture, FetchesHonourSubentitiesTemplatesSortWindowAndChangeNotification
     EXPECT_EQ(window[0]->stringForKey(QStringLiteral("name")), QStringLiteral("Item 7"));
     EXPECT_EQ(window[1]->stringForKey(QStringLiteral("name")), QStringLiteral("Item 8"));
 
-    auto request = ctx->fetchRequestFromTemplate(QStringLiteral("ownersNamed"), {{QStringLiteral("param1"), QStringLiteral("Item 9")}});
+    auto request = ctx->fetchRequestFromTemplate(
+        QStringLiteral("ownersNamed"), {{QStringLiteral("param1"), QStringLiteral("Item 9")}});
     ASSERT_TRUE(request.ok());
     EXPECT_EQ(ctx->executeFetchRequest(*request)->size(), 1);
     EXPECT_FALSE(ctx->fetchRequestFromTemplate(QStringLiteral("nope"), {}).ok());
@@ -192,10 +192,11 @@ TEST_F(Fixture, FetchesHonourSubentitiesTemplatesSortWindowAndChangeNotification
 
     ObjectsDidChange seen;
     int notifications = 0;
-    QObject::connect(ctx.get(), &ManagedObjectContext::objectsDidChange, [&](const ObjectsDidChange &c) {
-        seen = c;
-        ++notifications;
-    });
+    QObject::connect(ctx.get(), &ManagedObjectContext::objectsDidChange,
+                     [&](const ObjectsDidChange &c) {
+                         seen = c;
+                         ++notifications;
+                     });
     ctx->processPendingChanges();
     EXPECT_EQ(seen.inserted.size(), 5);
     ASSERT_TRUE(ctx->save().ok());
@@ -208,8 +209,7 @@ TEST_F(Fixture, FetchesHonourSubentitiesTemplatesSortWindowAndChangeNotification
     EXPECT_EQ(seen.deleted, QList<ManagedObject *>{window[1]});
 }
 
-TEST_F(Fixture, UriTextRoundTripsAndStaysStableOnceSaved)
-{
+TEST_F(Fixture, UriTextRoundTripsAndStaysStableOnceSaved) {
     auto ctx = create(path());
     auto *o = ctx->insertNewObject(QStringLiteral("Owner"));
     const QString temporary = o->uriText();
@@ -222,15 +222,15 @@ TEST_F(Fixture, UriTextRoundTripsAndStaysStableOnceSaved)
     EXPECT_EQ(ctx->objectWithURI(permanent), o);
     auto other = create(path(QStringLiteral("other.tadb")));
     EXPECT_EQ(other->objectWithURI(permanent), nullptr) << "another store's URI finds nothing";
-    for (const QString &bad : {QString(), QStringLiteral("x-billfold://"), QStringLiteral("x-billfold://u/Owner/p0"),
-                               QStringLiteral("http://u/Owner/p1"), QStringLiteral("x-billfold://u/Owner/q1")})
+    for (const QString &bad :
+         {QString(), QStringLiteral("x-billfold://"), QStringLiteral("x-billfold://u/Owner/p0"),
+          QStringLiteral("http://u/Owner/p1"), QStringLiteral("x-billfold://u/Owner/q1")})
         EXPECT_FALSE(ObjectID::parseUri(bad).has_value()) << qPrintable(bad);
     auto reopened = open(path());
     EXPECT_EQ(reopened->objectWithURI(permanent)->uriText(), permanent);
 }
 
-TEST_F(Fixture, RollbackRestoresTheSavedStateAndResetForgetsObjects)
-{
+TEST_F(Fixture, RollbackRestoresTheSavedStateAndResetForgetsObjects) {
     auto ctx = create(path());
     auto *o = ctx->insertNewObject(QStringLiteral("Owner"));
     o->setValueForKey(QStringLiteral("saved"), QStringLiteral("name"));
@@ -252,8 +252,7 @@ TEST_F(Fixture, RollbackRestoresTheSavedStateAndResetForgetsObjects)
     EXPECT_EQ(fetch(*ctx, QStringLiteral("Thing")).size(), 1) << "reset reloads from the file";
 }
 
-TEST_F(Fixture, InMemoryDocumentBecomesAFileOnSaveAs)
-{
+TEST_F(Fixture, InMemoryDocumentBecomesAFileOnSaveAs) {
     auto store = PersistentStore::createInMemory(*model);
     ASSERT_TRUE(store.ok());
     ManagedObjectContext ctx(*store);
@@ -266,8 +265,9 @@ TEST_F(Fixture, InMemoryDocumentBecomesAFileOnSaveAs)
     o->setValueForKey(QStringLiteral("second"), QStringLiteral("name"));
     ASSERT_TRUE(ctx.save().ok()) << "later saves go to the new file";
     auto reopened = open(path());
-    EXPECT_EQ(fetch(*reopened, QStringLiteral("Owner")).value(0)->stringForKey(QStringLiteral("name")),
-              QStringLiteral("second"));
+    EXPECT_EQ(
+        fetch(*reopened, QStringLiteral("Owner")).value(0)->stringForKey(QStringLiteral("name")),
+        QStringLiteral("second"));
     EXPECT_FALSE(PersistentStore::create(path(), *model).ok()) << "create never overwrites";
 }
 

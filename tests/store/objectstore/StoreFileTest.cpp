@@ -18,21 +18,20 @@
 
 namespace {
 
-QByteArray fileHash(const QString &path)
-{
+QByteArray fileHash(const QString &path) {
     QFile f(path);
     if (!f.open(QIODevice::ReadOnly))
         return {};
     return QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha256);
 }
 
-void writeDocument(const QString &path, const ManagedObjectModel &model, int owners)
-{
+void writeDocument(const QString &path, const ManagedObjectModel &model, int owners) {
     auto store = PersistentStore::create(path, model);
     ASSERT_TRUE(store.ok());
     ManagedObjectContext ctx(*store);
     for (int i = 0; i < owners; ++i)
-        ctx.insertNewObject(QStringLiteral("Owner"))->setValueForKey(QStringLiteral("owner %1").arg(i), QStringLiteral("name"));
+        ctx.insertNewObject(QStringLiteral("Owner"))
+            ->setValueForKey(QStringLiteral("owner %1").arg(i), QStringLiteral("name"));
     ASSERT_TRUE(ctx.save().ok());
 }
 
@@ -41,8 +40,7 @@ struct StoreFile : ::testing::Test {
     QTemporaryDir dir;
 };
 
-TEST_F(StoreFile, BadFilesAreRefusedWithAClearErrorAndNeverChanged)
-{
+TEST_F(StoreFile, BadFilesAreRefusedWithAClearErrorAndNeverChanged) {
     const QString good = dir.filePath(QStringLiteral("good.tadb"));
     writeDocument(good, *model, 300);
     QFile source(good);
@@ -83,7 +81,8 @@ TEST_F(StoreFile, BadFilesAreRefusedWithAClearErrorAndNeverChanged)
     const QString foreign = dir.filePath(QStringLiteral("foreign.sqlite"));
     sqlite3 *db = nullptr;
     sqlite3_open(foreign.toUtf8().constData(), &db);
-    sqlite3_exec(db, "CREATE TABLE songs(title TEXT); INSERT INTO songs VALUES('x');", nullptr, nullptr, nullptr);
+    sqlite3_exec(db, "CREATE TABLE songs(title TEXT); INSERT INTO songs VALUES('x');", nullptr,
+                 nullptr, nullptr);
     sqlite3_close(db);
     const QByteArray foreignBefore = fileHash(foreign);
     auto opened = PersistentStore::open(foreign, *model);
@@ -96,8 +95,7 @@ TEST_F(StoreFile, BadFilesAreRefusedWithAClearErrorAndNeverChanged)
     EXPECT_EQ(missing.error().code, ErrorCode::FileMissing);
 }
 
-TEST_F(StoreFile, UnknownModelIsRefusedAndAnOlderOneIsUpgradedInPlace)
-{
+TEST_F(StoreFile, UnknownModelIsRefusedAndAnOlderOneIsUpgradedInPlace) {
     auto older = makeTestModel(QStringLiteral("Test_1"), false);
     ASSERT_NE(older->versionHash(), model->versionHash());
     const QString path = dir.filePath(QStringLiteral("old.tadb"));
@@ -118,7 +116,8 @@ TEST_F(StoreFile, UnknownModelIsRefusedAndAnOlderOneIsUpgradedInPlace)
     EXPECT_EQ((*upgraded)->originalModelVersion(), QStringLiteral("Test_1"));
     ManagedObjectContext ctx(*upgraded);
     EXPECT_EQ(ctx.executeFetchRequest(FetchRequest(QStringLiteral("Owner")))->size(), 3);
-    ctx.insertNewObject(QStringLiteral("Extra"))->setValueForKey(QStringLiteral("new"), QStringLiteral("memo"));
+    ctx.insertNewObject(QStringLiteral("Extra"))
+        ->setValueForKey(QStringLiteral("new"), QStringLiteral("memo"));
     ASSERT_TRUE(ctx.save().ok());
     auto meta = PersistentStore::metadataForFile(path);
     ASSERT_TRUE(meta.ok());
@@ -126,8 +125,7 @@ TEST_F(StoreFile, UnknownModelIsRefusedAndAnOlderOneIsUpgradedInPlace)
     EXPECT_EQ(meta->modelHash, model->versionHash());
 }
 
-TEST_F(StoreFile, ReadOnlyFileOpensReadOnlyAndRefusesToSave)
-{
+TEST_F(StoreFile, ReadOnlyFileOpensReadOnlyAndRefusesToSave) {
     if (geteuid() == 0)
         GTEST_SKIP() << "root can write to any file";
     const QString path = dir.filePath(QStringLiteral("ro.tadb"));
@@ -145,8 +143,7 @@ TEST_F(StoreFile, ReadOnlyFileOpensReadOnlyAndRefusesToSave)
     EXPECT_EQ(saved.error().code, ErrorCode::FileReadOnly);
 }
 
-TEST_F(StoreFile, ExplicitReadOnlyOptionAndSecondContextOnAnotherThreadSeeSavedState)
-{
+TEST_F(StoreFile, ExplicitReadOnlyOptionAndSecondContextOnAnotherThreadSeeSavedState) {
     const QString path = dir.filePath(QStringLiteral("shared.tadb"));
     writeDocument(path, *model, 5);
     auto store = PersistentStore::open(path, *model);
@@ -182,8 +179,7 @@ TEST_F(StoreFile, ExplicitReadOnlyOptionAndSecondContextOnAnotherThreadSeeSavedS
 // A child process saves in a loop, each save writing one generation number into every
 // object; it is killed at random moments. The file must always open, with every object of
 // one generation: the state before or after the interrupted save, never a mixture.
-TEST_F(StoreFile, KillDuringSaveLeavesTheLastSavedStateReadable)
-{
+TEST_F(StoreFile, KillDuringSaveLeavesTheLastSavedStateReadable) {
     const QString path = dir.filePath(QStringLiteral("crash.tadb"));
     writeDocument(path, *model, 0);
     QRandomGenerator generator(7);
@@ -213,7 +209,8 @@ TEST_F(StoreFile, KillDuringSaveLeavesTheLastSavedStateReadable)
         kill(child, SIGKILL);
         int status = 0;
         waitpid(child, &status, 0);
-        ASSERT_TRUE(WIFSIGNALED(status)) << "the saving child stopped on its own: " << WEXITSTATUS(status);
+        ASSERT_TRUE(WIFSIGNALED(status))
+            << "the saving child stopped on its own: " << WEXITSTATUS(status);
 
         auto store = PersistentStore::open(path, *model);
         ASSERT_TRUE(store.ok()) << qPrintable(store.error().message);

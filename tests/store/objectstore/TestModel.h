@@ -6,9 +6,8 @@
 
 // A small model with every attribute type, inheritance, both link kinds and a cascade.
 // Without `withExtra` it is the older model: no "Extra" entity, no SpecialOwner.level.
-inline std::unique_ptr<ManagedObjectModel> makeTestModel(const QString &version = QStringLiteral("Test_2"),
-                                                         bool withExtra = true)
-{
+inline std::unique_ptr<ManagedObjectModel>
+makeTestModel(const QString &version = QStringLiteral("Test_2"), bool withExtra = true) {
     auto model = std::make_unique<ManagedObjectModel>(version);
     model->addEntity(QStringLiteral("Base"), {}, true)
         .addAttribute(QStringLiteral("properties"), AttributeType::Binary);

@@ -16,16 +16,20 @@ namespace {
 // context's life), with links as identities and to-many members sorted.
 using Graph = std::map<quintptr, QStringList>;
 
-Graph snapshot(ManagedObjectContext &ctx)
-{
+Graph snapshot(ManagedObjectContext &ctx) {
     Graph graph;
-    for (const QString &entity : {QStringLiteral("Owner"), QStringLiteral("Thing"), QStringLiteral("Note")}) {
+    for (const QString &entity :
+         {QStringLiteral("Owner"), QStringLiteral("Thing"), QStringLiteral("Note")}) {
         const QList<ManagedObject *> objects = *ctx.executeFetchRequest(FetchRequest(entity));
         for (ManagedObject *o : objects) {
             QStringList row{o->entity()->name()};
             for (const QString &key : o->entity()->attributeNames()) {
                 const QVariant v = o->valueForKey(key);
-                row.append(key + u'=' + (v.isValid() ? (v.metaType() == QMetaType::fromType<Decimal>() ? v.value<Decimal>().toString() : v.toString()) : QStringLiteral("<null>")));
+                row.append(key + u'=' +
+                           (v.isValid() ? (v.metaType() == QMetaType::fromType<Decimal>()
+                                               ? v.value<Decimal>().toString()
+                                               : v.toString())
+                                        : QStringLiteral("<null>")));
             }
             for (const QString &key : o->entity()->relationshipNames()) {
                 const RelationshipDescription *r = o->entity()->relationship(key);
@@ -45,8 +49,7 @@ Graph snapshot(ManagedObjectContext &ctx)
     return graph;
 }
 
-TEST(UndoRandom, UndoAndRedoWalkBackAndForthThroughEveryEarlierState)
-{
+TEST(UndoRandom, UndoAndRedoWalkBackAndForthThroughEveryEarlierState) {
     auto model = makeTestModel();
     QTemporaryDir dir;
     auto store = PersistentStore::create(dir.filePath(QStringLiteral("undo.tadb")), *model);
@@ -55,12 +58,14 @@ TEST(UndoRandom, UndoAndRedoWalkBackAndForthThroughEveryEarlierState)
     UndoManager *undo = ctx.undoManager();
     QRandomGenerator random(20261122);
     QList<ManagedObject *> objects;
-    const QStringList kinds{QStringLiteral("Owner"), QStringLiteral("SpecialOwner"), QStringLiteral("Widget"),
-                            QStringLiteral("Gadget"), QStringLiteral("Note")};
+    const QStringList kinds{QStringLiteral("Owner"), QStringLiteral("SpecialOwner"),
+                            QStringLiteral("Widget"), QStringLiteral("Gadget"),
+                            QStringLiteral("Note")};
     auto live = [&](const char *entityPrefix) {
         QList<ManagedObject *> list;
         for (ManagedObject *o : objects)
-            if (!o->isDeleted() && o->entity()->isKindOfEntity(model->entity(QLatin1String(entityPrefix))))
+            if (!o->isDeleted() &&
+                o->entity()->isKindOfEntity(model->entity(QLatin1String(entityPrefix))))
                 list.append(o);
         return list;
     };
@@ -82,13 +87,17 @@ TEST(UndoRandom, UndoAndRedoWalkBackAndForthThroughEveryEarlierState)
                 break;
             case 2:
                 if (ManagedObject *o = pick(live("Owner"))) {
-                    o->setValueForKey(QStringLiteral("n%1").arg(random.bounded(100)), QStringLiteral("name"));
-                    o->setValueForKey(QVariant::fromValue(Decimal::fromParts(random.bounded(100000), -2)), QStringLiteral("amount"));
+                    o->setValueForKey(QStringLiteral("n%1").arg(random.bounded(100)),
+                                      QStringLiteral("name"));
+                    o->setValueForKey(
+                        QVariant::fromValue(Decimal::fromParts(random.bounded(100000), -2)),
+                        QStringLiteral("amount"));
                 }
                 break;
             case 3:
                 if (ManagedObject *t = pick(live("Thing")))
-                    t->setObjectForKey(random.bounded(4) ? pick(live("Owner")) : nullptr, QStringLiteral("owner"));
+                    t->setObjectForKey(random.bounded(4) ? pick(live("Owner")) : nullptr,
+                                       QStringLiteral("owner"));
                 break;
             case 4:
                 if (ManagedObject *n = pick(live("Note")))
@@ -134,8 +143,7 @@ TEST(UndoRandom, UndoAndRedoWalkBackAndForthThroughEveryEarlierState)
     EXPECT_EQ(snapshot(again).size(), states.back().size());
 }
 
-TEST(UndoManagerRules, NestingNamesRegistrationCounterAndAutomaticGroups)
-{
+TEST(UndoManagerRules, NestingNamesRegistrationCounterAndAutomaticGroups) {
     UndoManager undo;
     int value = 0;
     std::function<void(int)> set = [&](int v) {

@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <ctime>
 #include <deque>
 #include <random>
 
@@ -363,34 +362,25 @@ TEST(Predicate, MutatedTextsNeverCrashAndPrintedFormsRoundTrip) {
     EXPECT_GT(parsedCount, 1000) << "the mutations should leave many texts valid";
 }
 
-// Thread CPU time, so that other work on a shared machine does not count.
-double cpuMilliseconds() {
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return now.tv_sec * 1e3 + now.tv_nsec / 1e6;
-}
-
-TEST(Predicate, SearchOverManyObjectsStaysFast) {
-    std::vector<KeyValueTestObject> objects(200000);
+// Many objects with folded texts: the folding cache must give the same answers as the slow
+// path for every object, whatever was folded before. (Speed is measured in bench_store.)
+TEST(Predicate, SearchOverManyObjectsFindsExactlyTheMatches) {
+    std::vector<KeyValueTestObject> objects(20000);
     for (size_t i = 0; i < objects.size(); ++i) {
         objects[i].set("name", QStringLiteral("Client %1 Straße").arg(i));
         objects[i].set("notes", i % 7 ? "Zürich" : "Genève");
     }
-    const Predicate predicate = parsed("name CONTAINS[cd] %@", {"genève"});
+    const Predicate predicate = parsed("notes CONTAINS[cd] %@", {"genève"});
     const Predicate either =
         parsed("name CONTAINS[cd] %@ OR notes CONTAINS[cd] %@", {"strasse", "GENEVE"});
-    const double start = cpuMilliseconds();
     int matches = 0;
-    for (const KeyValueTestObject &object : objects)
+    int eitherMatches = 0;
+    for (const KeyValueTestObject &object : objects) {
         matches += predicate.evaluate(object);
-    const double elapsed = cpuMilliseconds() - start;
-    for (const KeyValueTestObject &object : objects)
-        matches += either.evaluate(object);
-    EXPECT_EQ(matches, (200000 + 6) / 7);
-    std::cout << "CONTAINS[cd] over 200000 objects: " << elapsed << " ms CPU\n";
-#ifdef NDEBUG
-    EXPECT_LT(elapsed, 150);
-#endif
+        eitherMatches += either.evaluate(object);
+    }
+    EXPECT_EQ(matches, (20000 + 6) / 7);
+    EXPECT_EQ(eitherMatches, (20000 + 6) / 7) << "ß does not fold to ss";
 }
 
 } // namespace
