@@ -114,6 +114,7 @@ private:
     bool m_deleted = false;
     bool m_registered = false; // belongs to the context's live objects
     bool m_dirty = false;      // changed since the last save
+    quint8 m_pending = 0;      // which change notices are waiting for processPendingChanges
     int m_memberIndex = -1;    // position in the context's per-entity list
     std::vector<QVariant> m_values;
     std::vector<ManagedObject *> m_toOne;

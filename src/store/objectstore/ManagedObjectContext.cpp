@@ -112,10 +112,36 @@ ManagedObject *ManagedObjectContext::insertNewObject(const QString &entityName) 
     m_byTemporary.insert(number, object);
     addMember(object);
     m_changed.insert(object);
-    m_pending.inserted.append(object);
+    notePending(object, PendingInserted);
     registerUndo([this, object] { undoInsert(object); });
     object->awakeFromInsert();
     return object;
+}
+
+void ManagedObjectContext::notePending(ManagedObject *object, quint8 bit) {
+    if (object->m_pending & bit)
+        return;
+    object->m_pending |= bit;
+    QList<ManagedObject *> &list = bit == PendingInserted  ? m_pending.inserted
+                                   : bit == PendingUpdated ? m_pending.updated
+                                                           : m_pending.deleted;
+    list.append(object);
+}
+
+void ManagedObjectContext::notePendingRemoval(ManagedObject *object) {
+    // An object inserted and removed again before anyone heard of it is not announced at all.
+    const bool unannounced = object->m_pending & PendingInserted;
+    object->m_pending &= ~(PendingInserted | PendingUpdated);
+    if (!unannounced)
+        notePending(object, PendingDeleted);
+}
+
+void ManagedObjectContext::clearPending() {
+    for (const QList<ManagedObject *> *list :
+         {&m_pending.inserted, &m_pending.updated, &m_pending.deleted})
+        for (ManagedObject *object : *list)
+            object->m_pending = 0;
+    m_pending = {};
 }
 
 void ManagedObjectContext::registerUndo(std::function<void()> action) {
@@ -140,8 +166,8 @@ void ManagedObjectContext::markChanged(ManagedObject *object) {
     takeSnapshot(object);
     object->m_dirty = true;
     m_changed.insert(object);
-    if (object->m_hasRow && !object->m_deleted && !m_pending.updated.contains(object))
-        m_pending.updated.append(object);
+    if (!object->m_deleted && !(object->m_pending & PendingInserted))
+        notePending(object, PendingUpdated);
 }
 
 void ManagedObjectContext::changeAttribute(ManagedObject *object, int slot, const QVariant &value) {
@@ -250,9 +276,7 @@ void ManagedObjectContext::deleteObject(ManagedObject *object) {
     object->m_deleted = true;
     removeMember(object);
     m_changed.insert(object);
-    m_pending.inserted.removeOne(object);
-    m_pending.updated.removeOne(object);
-    m_pending.deleted.append(object);
+    notePendingRemoval(object);
     registerUndo([this, object] {
         undelete(object);
         noteTouchedByUndo(object);
@@ -267,18 +291,18 @@ void ManagedObjectContext::undelete(ManagedObject *object) {
     object->m_deleted = false;
     addMember(object);
     m_changed.insert(object);
-    m_pending.deleted.removeOne(object);
+    object->m_pending &= ~PendingDeleted;
     if (object->m_hasRow)
         markChanged(object);
     else
-        m_pending.inserted.append(object);
+        notePending(object, PendingInserted);
     registerUndo([this, object] {
         // Links were restored by their own undo actions; only the deletion itself is redone.
         takeSnapshot(object);
         object->m_deleted = true;
         removeMember(object);
         m_changed.insert(object);
-        m_pending.deleted.append(object);
+        notePendingRemoval(object);
         registerUndo([this, object] { undelete(object); });
     });
 }
@@ -290,9 +314,7 @@ void ManagedObjectContext::undoInsert(ManagedObject *object) {
     object->m_deleted = true;
     removeMember(object);
     m_changed.insert(object);
-    m_pending.inserted.removeOne(object);
-    m_pending.updated.removeOne(object);
-    m_pending.deleted.append(object);
+    notePendingRemoval(object);
     registerUndo([this, object] { redoInsert(object); });
 }
 
@@ -300,8 +322,8 @@ void ManagedObjectContext::redoInsert(ManagedObject *object) {
     object->m_deleted = false;
     addMember(object);
     m_changed.insert(object);
-    m_pending.deleted.removeOne(object);
-    m_pending.inserted.append(object);
+    object->m_pending &= ~PendingDeleted;
+    notePending(object, PendingInserted);
     registerUndo([this, object] { undoInsert(object); });
 }
 
@@ -418,8 +440,21 @@ void ManagedObjectContext::processPendingChanges() {
         m_undo->closeAutomaticGroup();
     if (m_pending.inserted.isEmpty() && m_pending.updated.isEmpty() && m_pending.deleted.isEmpty())
         return;
-    const ObjectsDidChange changes = std::exchange(m_pending, {});
-    emit objectsDidChange(changes);
+    // The lists may hold entries whose flag was withdrawn later (an insertion undone before
+    // anyone heard of it): the flags decide.
+    const ObjectsDidChange raw = std::exchange(m_pending, {});
+    ObjectsDidChange changes;
+    for (ManagedObject *object : raw.inserted)
+        if (object->m_pending & PendingInserted)
+            changes.inserted.append(object), object->m_pending &= ~PendingInserted;
+    for (ManagedObject *object : raw.updated)
+        if (object->m_pending & PendingUpdated)
+            changes.updated.append(object), object->m_pending &= ~PendingUpdated;
+    for (ManagedObject *object : raw.deleted)
+        if (object->m_pending & PendingDeleted)
+            changes.deleted.append(object), object->m_pending &= ~PendingDeleted;
+    if (!changes.inserted.isEmpty() || !changes.updated.isEmpty() || !changes.deleted.isEmpty())
+        emit objectsDidChange(changes);
 }
 
 bool ManagedObjectContext::hasChanges() const {
@@ -542,7 +577,7 @@ void ManagedObjectContext::rollback() {
         object->m_snapshot.reset();
     }
     m_changed.clear();
-    m_pending = {};
+    clearPending();
     if (m_undo)
         m_undo->removeAllActions();
     for (ManagedObject *object : restored)
@@ -556,7 +591,7 @@ void ManagedObjectContext::reset() {
 }
 
 void ManagedObjectContext::forgetObjects() {
-    m_pending = {};
+    clearPending();
     m_changed.clear();
     m_touchedByUndo.clear();
     m_byTemporary.clear();

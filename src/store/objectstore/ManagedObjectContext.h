@@ -106,6 +106,10 @@ private:
     void redoInsert(ManagedObject *object);
     void undelete(ManagedObject *object);
     void registerUndo(std::function<void()> action);
+    enum : quint8 { PendingInserted = 1, PendingUpdated = 2, PendingDeleted = 4 };
+    void notePending(ManagedObject *object, quint8 bit);
+    void notePendingRemoval(ManagedObject *object);
+    void clearPending();
     void noteTouchedByUndo(ManagedObject *object);
     void forgetObjects();
 

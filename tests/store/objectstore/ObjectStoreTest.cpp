@@ -209,6 +209,29 @@ TEST_F(Fixture, FetchesHonourSubentitiesTemplatesSortWindowAndChangeNotification
     EXPECT_EQ(seen.deleted, QList<ManagedObject *>{window[1]});
 }
 
+TEST_F(Fixture, ChangeNoticesFollowWhatObserversAlreadyHeard) {
+    auto ctx = create(path());
+    QList<ObjectsDidChange> heard;
+    QObject::connect(ctx.get(), &ManagedObjectContext::objectsDidChange,
+                     [&](const ObjectsDidChange &c) { heard.append(c); });
+    auto *kept = ctx->insertNewObject(QStringLiteral("Owner"));
+    auto *fleeting = ctx->insertNewObject(QStringLiteral("Owner"));
+    ctx->deleteObject(fleeting);
+    ctx->processPendingChanges();
+    ASSERT_EQ(heard.size(), 1);
+    EXPECT_EQ(heard[0].inserted, QList<ManagedObject *>{kept})
+        << "an object gone before anyone heard of it is not announced";
+    EXPECT_TRUE(heard[0].deleted.isEmpty());
+
+    kept->setValueForKey(QStringLiteral("renamed"), QStringLiteral("name"));
+    ctx->processPendingChanges();
+    ASSERT_EQ(heard.size(), 2);
+    EXPECT_EQ(heard[1].updated, QList<ManagedObject *>{kept})
+        << "a new object already announced reports its edits";
+    ctx->processPendingChanges();
+    EXPECT_EQ(heard.size(), 2) << "nothing pending, nothing said";
+}
+
 TEST_F(Fixture, UriTextRoundTripsAndStaysStableOnceSaved) {
     auto ctx = create(path());
     auto *o = ctx->insertNewObject(QStringLiteral("Owner"));
