@@ -524,10 +524,14 @@ Result<void> ManagedObjectContext::save() {
     if (!db)
         return Error{ErrorCode::WriteFailed,
                      m_lastLoadError ? m_lastLoadError->message : QString()};
-    if (auto r = db->exec(QStringLiteral("BEGIN IMMEDIATE")); !r)
+    if (auto r = db->exec(QStringLiteral("BEGIN IMMEDIATE")); !r) {
+        const bool busy = (db->lastErrorCode() & 0xff) == 5; // SQLITE_BUSY: another writer
         return Error{
-            ErrorCode::WriteFailed,
-            QStringLiteral("The document could not be saved (%1).").arg(r.error().message)};
+            busy ? int(ErrorCode::FileLocked) : int(ErrorCode::WriteFailed),
+            busy ? QStringLiteral(
+                       "The document could not be saved: another program is writing to it.")
+                 : QStringLiteral("The document could not be saved (%1).").arg(r.error().message)};
+    }
     Result<void> written = writeChanges(*db, changed);
     if (written)
         written = db->exec(QStringLiteral("COMMIT"));

@@ -316,6 +316,7 @@ Result<std::unique_ptr<SqliteConnection>> PersistentStore::openConnection() cons
         return openError(m_path, SQLITE_CANTOPEN, connection.error().message);
     if (!isInMemory() && !m_readOnly)
         (void)(*connection)->exec(QStringLiteral("PRAGMA synchronous=FULL"));
+    sqlite3_busy_timeout((*connection)->handle(), m_busyTimeoutMs);
     return connection;
 }
 
@@ -505,6 +506,11 @@ Result<void> PersistentStore::saveAs(const QString &path) {
     lock.unlock();
     m_keepAlive.reset();
     return {};
+}
+
+void PersistentStore::setBusyTimeout(int milliseconds) {
+    QMutexLocker lock(&m_mutex);
+    m_busyTimeoutMs = milliseconds;
 }
 
 quint64 PersistentStore::generation() const {

@@ -64,6 +64,8 @@ public:
     // For contexts.
     Result<std::unique_ptr<SqliteConnection>> openConnection() const;
     quint64 generation() const; // changes when the store moves to another file
+    // How long a save waits for another writer (another process) before it gives up.
+    void setBusyTimeout(int milliseconds);
     qint64 allocatePrimaryKey(const EntityDescription *entity);
     int entityCode(const EntityDescription *entity) const;
     const EntityDescription *entityForCode(int code) const;
@@ -92,5 +94,6 @@ private:
     mutable QMutex m_mutex;
     QHash<const EntityDescription *, qint64> m_nextPk;
     quint64 m_generation = 1;
+    int m_busyTimeoutMs = 5000;
     std::unique_ptr<SqliteConnection> m_keepAlive; // holds an in-memory database open
 };

@@ -176,6 +176,43 @@ TEST_F(StoreFile, ExplicitReadOnlyOptionAndSecondContextOnAnotherThreadSeeSavedS
     EXPECT_TRUE((*ro)->isReadOnly());
 }
 
+TEST_F(StoreFile, AFailedSaveKeepsTheChangesAndTheFileAndCanBeRetried) {
+    const QString path = dir.filePath(QStringLiteral("busy.tadb"));
+    writeDocument(path, *model, 1);
+    auto store = PersistentStore::open(path, *model);
+    ASSERT_TRUE(store.ok());
+    (*store)->setBusyTimeout(50);
+    ManagedObjectContext ctx(*store);
+    ManagedObject *owner = ctx.executeFetchRequest(FetchRequest(QStringLiteral("Owner")))->value(0);
+    owner->setValueForKey(QStringLiteral("edited"), QStringLiteral("name"));
+    ctx.insertNewObject(QStringLiteral("Note"));
+
+    sqlite3 *other = nullptr; // another program holding the write lock
+    ASSERT_EQ(sqlite3_open(path.toUtf8().constData(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+    auto failed = ctx.save();
+    ASSERT_FALSE(failed.ok());
+    EXPECT_EQ(failed.error().code, ErrorCode::FileLocked);
+    EXPECT_TRUE(ctx.hasChanges()) << "nothing is lost when a save fails";
+    sqlite3_exec(other, "ROLLBACK", nullptr, nullptr, nullptr);
+    sqlite3_close(other);
+
+    {
+        auto reader = PersistentStore::open(path, *model);
+        ManagedObjectContext peek(*reader);
+        EXPECT_EQ(peek.executeFetchRequest(FetchRequest(QStringLiteral("Owner")))
+                      ->value(0)
+                      ->stringForKey(QStringLiteral("name")),
+                  QStringLiteral("owner 0"))
+            << "the file keeps its last saved state";
+    }
+    ASSERT_TRUE(ctx.save().ok());
+    EXPECT_FALSE(ctx.hasChanges());
+    auto reopened = PersistentStore::open(path, *model);
+    ManagedObjectContext again(*reopened);
+    EXPECT_EQ(again.executeFetchRequest(FetchRequest(QStringLiteral("Note")))->size(), 1);
+}
+
 // A child process saves in a loop, each save writing one generation number into every
 // object; it is killed at random moments. The file must always open, with every object of
 // one generation: the state before or after the interrupted save, never a mixture.
