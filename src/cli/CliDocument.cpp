@@ -28,6 +28,21 @@ Result<std::unique_ptr<CliDocument>> CliDocument::create(const QString &path) {
     return document;
 }
 
+Result<std::unique_ptr<CliDocument>> CliDocument::createInMemory() {
+    auto store = PersistentStore::createInMemory(TADocModel::model());
+    if (!store)
+        return store.error();
+    std::unique_ptr<CliDocument> document(new CliDocument);
+    document->bind(*store);
+    return document;
+}
+
 Result<void> CliDocument::save() {
     return m_context->save();
+}
+
+Result<void> CliDocument::saveAs(const QString &path) {
+    if (auto saved = m_context->save(); !saved)
+        return saved;
+    return m_store->saveAs(path);
 }

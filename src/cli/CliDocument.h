@@ -12,11 +12,17 @@ class CliDocument {
 public:
     static Result<std::unique_ptr<CliDocument>> open(const QString &path, bool readOnly);
     static Result<std::unique_ptr<CliDocument>> create(const QString &path);
+    // A document that lives in memory until saveAs puts it in a file in one step, so a failed
+    // command never leaves a partial file behind.
+    static Result<std::unique_ptr<CliDocument>> createInMemory();
 
     PersistentStore &store() { return *m_store; }
     ManagedObjectContext &context() { return *m_context; }
     TADatabase &database() { return m_database; }
     Result<void> save();
+    // Saves the context, then writes the whole store to the path (a temporary file renamed
+    // into place, replacing any file there).
+    Result<void> saveAs(const QString &path);
 
 private:
     CliDocument() = default;

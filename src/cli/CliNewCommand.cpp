@@ -1,35 +1,43 @@
 #include "cli/CliNewCommand.h"
 
+#include "cli/CliArguments.h"
 #include "cli/CliDocument.h"
+#include "cli/CliSampleBusiness.h"
 
 #include <QFileInfo>
 
 QString CliNewCommand::usage() const {
     return QStringLiteral(
-        "Usage: billfold-cli new FILE\n\n"
+        "Usage: billfold-cli new FILE [--sample]\n\n"
         "Creates FILE as a new Billfold document holding the default content:\n"
-        "the document preferences and the default currency. FILE must not exist.\n");
+        "the document preferences and the default currency. With --sample it holds a small\n"
+        "sample business instead. FILE must not exist.\n");
 }
 
 int CliNewCommand::run(const QStringList &arguments, QTextStream &out, QTextStream &err) {
-    if (arguments.size() != 1 || arguments[0].startsWith(u'-')) {
-        err << usage();
-        return CliExit::Usage;
-    }
-    const QString path = arguments[0];
-    auto document = CliDocument::create(path);
-    if (!document) {
-        err << "billfold-cli: " << path << ": " << document.error().message << Qt::endl;
-        return CliExit::FileUnusable;
-    }
+    auto parsed = CliArguments::parse(arguments, {}, {QStringLiteral("--sample")});
+    if (!parsed)
+        return usageError(err, parsed.error().message);
+    if (parsed->positional().size() != 1)
+        return usageError(err, QStringLiteral("expected one document file"));
+    const QString path = parsed->positional().first();
+    if (QFileInfo::exists(path))
+        return fail(err, path,
+                    QStringLiteral("already exists; a new document is not written over it"),
+                    CliExit::FileUnusable);
+    auto document = CliDocument::createInMemory();
+    if (!document)
+        return fail(err, path, document.error().message, CliExit::FileUnusable);
     TADatabase &db = (*document)->database();
-    db.getPreferences();
-    db.getDefaultCurrency();
-    db.getTemplates();
-    if (auto saved = (*document)->save(); !saved) {
-        err << "billfold-cli: " << path << ": " << saved.error().message << Qt::endl;
-        return CliExit::FileUnusable;
+    if (parsed->has(QStringLiteral("--sample"))) {
+        CliSampleBusiness::fill(db);
+    } else {
+        db.getPreferences();
+        db.getDefaultCurrency();
+        db.getTemplates();
     }
+    if (auto saved = (*document)->saveAs(path); !saved)
+        return fail(err, path, saved.error().message, CliExit::FileUnusable);
     out << "Created " << QFileInfo(path).absoluteFilePath() << Qt::endl;
     return CliExit::Ok;
 }

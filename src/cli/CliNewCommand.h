@@ -2,7 +2,8 @@
 
 #include "cli/CliCommand.h"
 
-// `new FILE`: a new document with the content every new document starts with.
+// `new FILE [--sample]`: a new document with the content every new document starts with, or
+// with the sample business.
 class CliNewCommand : public CliCommand {
 public:
     QString name() const override { return QStringLiteral("new"); }

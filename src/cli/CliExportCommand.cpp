@@ -1,0 +1,46 @@
+#include "cli/CliExportCommand.h"
+
+#include "cli/CliArguments.h"
+#include "cli/CliDocument.h"
+#include "cli/CliJsonExporter.h"
+
+#include <QSaveFile>
+
+QString CliExportCommand::usage() const {
+    return QStringLiteral(
+        "Usage: billfold-cli export-json FILE [-o OUT.json]\n\n"
+        "Writes every object of the document FILE as JSON: to OUT.json when given (replaced\n"
+        "in one step), else to standard output. The form is described in\n"
+        "docs/json-interchange.md; import-json reads it back. The same document always gives\n"
+        "the same bytes. FILE is opened read-only.\n");
+}
+
+int CliExportCommand::run(const QStringList &arguments, QTextStream &out, QTextStream &err) {
+    auto parsed =
+        CliArguments::parse(arguments, {QStringLiteral("-o"), QStringLiteral("--output")});
+    if (!parsed)
+        return usageError(err, parsed.error().message);
+    if (parsed->positional().size() != 1)
+        return usageError(err, QStringLiteral("expected one document file"));
+    const QString path = parsed->positional().first();
+    QString output = parsed->value(QStringLiteral("-o"));
+    if (output.isEmpty())
+        output = parsed->value(QStringLiteral("--output"));
+
+    auto opened = CliDocument::open(path, true);
+    if (!opened)
+        return fail(err, path, opened.error().message, CliExit::FileUnusable);
+    CliJsonExporter exporter((*opened)->context());
+    auto json = exporter.exportDocument();
+    if (!json)
+        return fail(err, path, json.error().message, CliExit::FileUnusable);
+    if (output.isEmpty() || output == QLatin1String("-")) {
+        out.flush();
+        out.device() ? void(out.device()->write(*json)) : void(out << QString::fromUtf8(*json));
+        return CliExit::Ok;
+    }
+    QSaveFile file(output);
+    if (!file.open(QIODevice::WriteOnly) || file.write(*json) != json->size() || !file.commit())
+        return fail(err, output, file.errorString(), CliExit::FileUnusable);
+    return CliExit::Ok;
+}

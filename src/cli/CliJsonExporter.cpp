@@ -1,0 +1,163 @@
+#include "cli/CliJsonExporter.h"
+
+#include "cli/CliJsonText.h"
+#include "store/objectstore/EntityDescription.h"
+#include "store/objectstore/ManagedObjectContext.h"
+#include "store/objectstore/ManagedObjectModel.h"
+#include "store/objectstore/PersistentStore.h"
+
+#include <algorithm>
+
+namespace {
+
+struct Property {
+    QString name;
+    const AttributeDescription *attribute = nullptr; // null: a to-one link
+};
+
+QList<Property> propertiesOf(const EntityDescription *entity) {
+    QList<Property> properties;
+    for (const AttributeDescription &attribute : entity->attributes())
+        if (!attribute.transient)
+            properties.append({attribute.name, &attribute});
+    for (const RelationshipDescription &link : entity->relationships())
+        if (!link.toMany)
+            properties.append({link.name, nullptr});
+    std::sort(properties.begin(), properties.end(),
+              [](const Property &a, const Property &b) { return a.name < b.name; });
+    return properties;
+}
+
+} // namespace
+
+CliJsonExporter::CliJsonExporter(ManagedObjectContext &context)
+    : m_context(context) {}
+
+QString CliJsonExporter::keyOf(const ManagedObject *object) {
+    return object->entity()->name() + u'/' + QString::number(object->objectID().number());
+}
+
+Result<void> CliJsonExporter::collect() {
+    QList<const EntityDescription *> entities = m_context.model()->entities();
+    std::sort(entities.begin(), entities.end(),
+              [](auto *a, auto *b) { return a->name() < b->name(); });
+    for (const EntityDescription *entity : entities) {
+        if (entity->isAbstract())
+            continue;
+        FetchRequest request(entity->name());
+        request.includesSubentities = false;
+        auto fetched = m_context.executeFetchRequest(request);
+        if (!fetched)
+            return fetched.error();
+        QList<ManagedObject *> objects = *fetched;
+        std::sort(objects.begin(), objects.end(), [](ManagedObject *a, ManagedObject *b) {
+            return a->objectID().number() < b->objectID().number();
+        });
+        for (ManagedObject *object : objects)
+            m_keys.insert(keyOf(object));
+        m_objects.append({entity->name(), objects});
+    }
+    return {};
+}
+
+Result<QByteArray> CliJsonExporter::exportDocument() {
+    m_objects.clear();
+    m_keys.clear();
+    if (auto collected = collect(); !collected)
+        return collected.error();
+    QByteArray out;
+    out.reserve(1 << 20);
+    out.append("{\n  \"format\": ");
+    CliJsonText::appendString(out, kFormat);
+    out.append(",\n  \"formatVersion\": ").append(QByteArray::number(kFormatVersion));
+    out.append(",\n  \"model\": ");
+    CliJsonText::appendString(out, m_context.model()->versionName());
+    out.append(",\n  \"objects\": {");
+    bool first = true;
+    for (const EntityObjects &group : std::as_const(m_objects)) {
+        for (const ManagedObject *object : group.objects) {
+            out.append(first ? "\n    " : ",\n    ");
+            first = false;
+            CliJsonText::appendString(out, keyOf(object));
+            out.append(": ");
+            writeObject(out, object);
+        }
+    }
+    out.append(first ? "}\n}\n" : "\n  }\n}\n");
+    if (const auto &error = m_context.lastLoadError())
+        return *error;
+    return out;
+}
+
+void CliJsonExporter::writeObject(QByteArray &out, const ManagedObject *object) const {
+    const QList<Property> properties = propertiesOf(object->entity());
+    out.append('{');
+    bool first = true;
+    for (const Property &property : properties) {
+        out.append(first ? "\n      " : ",\n      ");
+        first = false;
+        CliJsonText::appendString(out, property.name);
+        out.append(": ");
+        if (property.attribute) {
+            writeAttribute(out, object, *property.attribute);
+        } else if (const ManagedObject *target = object->objectForKey(property.name)) {
+            CliJsonText::appendString(out, keyOf(target));
+        } else {
+            out.append("null");
+        }
+    }
+    out.append(first ? "}" : "\n    }");
+}
+
+void CliJsonExporter::writeAttribute(QByteArray &out, const ManagedObject *object,
+                                     const AttributeDescription &attribute) const {
+    const QVariant *value = object->storedValueForKey(attribute.name);
+    if (!value || !value->isValid() || value->isNull()) {
+        out.append("null");
+        return;
+    }
+    switch (attribute.type) {
+    case AttributeType::String: {
+        const QString text = value->toString();
+        if (const QString key = keyForUriText(text); !key.isEmpty()) {
+            out.append("{\"objectURI\": ");
+            CliJsonText::appendString(out, key);
+            out.append('}');
+        } else {
+            CliJsonText::appendString(out, text);
+        }
+        return;
+    }
+    case AttributeType::Integer:
+        out.append(QByteArray::number(value->toLongLong()));
+        return;
+    case AttributeType::Boolean:
+        out.append(value->toBool() ? "true" : "false");
+        return;
+    case AttributeType::Decimal:
+        CliJsonText::appendString(out, Decimal::fromVariant(*value).toString());
+        return;
+    case AttributeType::Date:
+        CliJsonText::appendString(out, CliJsonText::dateText(value->toDateTime()));
+        return;
+    case AttributeType::Binary:
+        out.append('"').append(value->toByteArray().toBase64()).append('"');
+        return;
+    case AttributeType::Float:
+        out.append(CliJsonText::doubleLiteral(value->toDouble()));
+        return;
+    }
+}
+
+QString CliJsonExporter::keyForUriText(const QString &text) const {
+    if (!text.startsWith(QLatin1String("x-")))
+        return {};
+    const auto parts = ObjectID::parseUri(text);
+    if (!parts || parts->temporary || parts->storeUuid != m_context.persistentStore()->uuid())
+        return {};
+    const EntityDescription *entity = m_context.model()->entity(parts->entityName);
+    if (!entity || ObjectID(entity, parts->storeUuid, parts->number, false).uriText() != text)
+        return {};
+    const QString key = parts->entityName + u'/' + QString::number(parts->number);
+    return m_keys.contains(key) ? key : QString();
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "store/objectstore/Result.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QSet>
+#include <QString>
+
+class ManagedObject;
+class ManagedObjectContext;
+struct AttributeDescription;
+
+// The JSON form of a whole document (described in docs/json-interchange.md). Walks the model,
+// so every entity, attribute and to-one link is written without a list of its own here; to-many
+// links are the other side of to-one links and are left out. Objects are keyed "Entity/<primary
+// key>", written by entity name and then key, their properties by name: the same document
+// always gives the same bytes.
+class CliJsonExporter {
+public:
+    static inline const QString kFormat = QStringLiteral("billfold-json");
+    static constexpr int kFormatVersion = 1;
+
+    explicit CliJsonExporter(ManagedObjectContext &context);
+
+    Result<QByteArray> exportDocument();
+
+    static QString keyOf(const ManagedObject *object);
+
+private:
+    struct EntityObjects {
+        QString entity;
+        QList<ManagedObject *> objects;
+    };
+    Result<void> collect();
+    void writeObject(QByteArray &out, const ManagedObject *object) const;
+    void writeAttribute(QByteArray &out, const ManagedObject *object,
+                        const AttributeDescription &attribute) const;
+    // The key of an object of this document that a text names by its URI, if any.
+    QString keyForUriText(const QString &text) const;
+
+    ManagedObjectContext &m_context;
+    QList<EntityObjects> m_objects;
+    QSet<QString> m_keys;
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "billing/money/Decimal.h"
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QString>
+
+#include <optional>
+
+// The exact text forms of values in the JSON files and listings: one writer, one reader per
+// kind, so that what is written reads back to the same value and is written the same again.
+class CliJsonText {
+public:
+    // A JSON string literal with its quotes; non-ASCII stays UTF-8.
+    static void appendString(QByteArray &out, QStringView text);
+    static QByteArray quoted(QStringView text);
+
+    // "2024-05-01T09:30:00.250Z": UTC, milliseconds always written.
+    static QString dateText(const QDateTime &date);
+    // ISO 8601 with milliseconds optional and an offset ("Z" or "+02:00") required.
+    static std::optional<QDateTime> parseDate(const QString &text);
+
+    // The shortest text that reads back to the same double; "NaN", "Infinity", "-Infinity"
+    // (as JSON strings) for values JSON numbers cannot hold.
+    static QByteArray doubleLiteral(double value);
+    static std::optional<double> parseSpecialDouble(const QString &text);
+
+    // Canonical decimal text, or nothing when the text is not a decimal ("NaN" is one).
+    static std::optional<Decimal> parseDecimal(const QString &text);
+
+private:
+    CliJsonText() = delete;
+};
