@@ -1,0 +1,111 @@
+#include "CliTestSupport.h"
+
+#include "cli/CliListFormatter.h"
+
+#include <QRegularExpression>
+
+TEST_F(CliTest, UsageSlipsExitOneAndUnusableFilesExitTwo) {
+    const struct {
+        QStringList arguments;
+        int status;
+        const char *message;
+    } cases[] = {
+        {{}, 1, "Usage: billfold-cli"},
+        {{"frobnicate"}, 1, "unknown command 'frobnicate'"},
+        {{"export-json"}, 1, "expected one document file"},
+        {{"export-json", "a", "--colour"}, 1, "unknown option '--colour'"},
+        {{"import-json", "in.json"}, 1, "-o FILE"},
+        {{"list", "widgets", "x.tadb"}, 1, "unknown kind 'widgets'"},
+        {{"list", "invoices", "x.tadb", "--format", "xml"}, 1, "unknown format 'xml'"},
+        {{"list", "invoices", "x.tadb", "--where", "total >"}, 1, "--where"},
+        {{"info", "x.tadb", "--now", "yesterday"}, 1, "'yesterday' is no ISO 8601"},
+        {{"info", "--now"}, 1, "'--now' needs a value"},
+    };
+    for (const auto &c : cases) {
+        const CliRun run = cli(c.arguments);
+        EXPECT_EQ(run.status, c.status) << c.arguments.join(' ').toStdString();
+        EXPECT_TRUE(run.err.contains(QString::fromUtf8(c.message))) << run.err.toStdString();
+    }
+
+    write("notes.txt", "just some text, no document");
+    write("empty.tadb", "");
+    for (const QString &name : {QStringLiteral("missing.tadb"), QStringLiteral("notes.txt"),
+                                QStringLiteral("empty.tadb")}) {
+        for (const QStringList &arguments :
+             {QStringList{"info", path(name)}, QStringList{"export-json", path(name)},
+              QStringList{"list", "clients", path(name)}}) {
+            const CliRun run = cli(arguments);
+            EXPECT_EQ(run.status, 2) << arguments.join(' ').toStdString();
+            EXPECT_TRUE(run.err.startsWith("billfold-cli: " + path(name) + ": "))
+                << run.err.toStdString();
+            EXPECT_EQ(run.err.count(u'\n'), 1);
+        }
+    }
+    EXPECT_EQ(cli({"new", path("notes.txt")}).status, 2);
+    EXPECT_EQ(read("notes.txt"), QByteArray("just some text, no document"));
+    EXPECT_EQ(cli({"list", "--help"}).status, 0);
+}
+
+TEST_F(CliTest, NewDocumentsAndInfoReportWhatTheyHold) {
+    ASSERT_EQ(cli({"new", path("plain.tadb")}).status, 0);
+    CliRun info = cli({"info", path("plain.tadb")});
+    ASSERT_EQ(info.status, 0);
+    EXPECT_TRUE(info.out.contains("Password locked:  no"));
+    EXPECT_TRUE(info.out.contains(QRegularExpression("Preferences +1\n")));
+    ASSERT_EQ(cli({"new", path("sample.tadb"), "--sample"}).status, 0);
+    info = cli({"info", path("sample.tadb")});
+    EXPECT_TRUE(info.out.contains("Default currency: USD"));
+    EXPECT_TRUE(info.out.contains(QRegularExpression("Payment +1\n")));
+    EXPECT_TRUE(info.out.contains(QRegularExpression("Currency +2\n")));
+}
+
+TEST(CliListFormatterTest, CsvFieldsAreQuotedOnlyWhereNeeded) {
+    EXPECT_EQ(CliListFormatter::csvField("plain"), "plain");
+    EXPECT_EQ(CliListFormatter::csvField("a,b"), "\"a,b\"");
+    EXPECT_EQ(CliListFormatter::csvField("say \"hi\""), "\"say \"\"hi\"\"\"");
+    EXPECT_EQ(CliListFormatter::csvField("two\nlines"), "\"two\nlines\"");
+    EXPECT_EQ(CliListFormatter::csvField(" padded"), "\" padded\"");
+    EXPECT_EQ(CliListFormatter::csvField(""), "");
+}
+
+class CliListTest : public CliTest {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(cli({"new", path("s.tadb"), "--sample", "--now", "2025-03-10T12:00:00Z"}).status,
+                  0);
+    }
+    QStringList lines(const QStringList &arguments) {
+        const CliRun run = cli(arguments);
+        EXPECT_EQ(run.status, 0) << run.err.toStdString();
+        return run.out.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+    }
+};
+
+TEST_F(CliListTest, FiltersSortsAndWritesExactValues) {
+    QStringList csv = lines({"list", "items", path("s.tadb"), "--format", "csv", "--where",
+                             "price > 50", "--sort", "-price"});
+    ASSERT_EQ(csv.size(), 6);
+    EXPECT_TRUE(csv[0].startsWith("key,type,name,sku,price,quantity,seconds"));
+    EXPECT_TRUE(csv[1].contains(",Material,\"Hosting, one year\",,240,1,"));
+    EXPECT_TRUE(csv[2].contains(",Timer,Development,,95,,73800,"));
+    EXPECT_TRUE(csv[5].contains(",Timer,Support,,60,,7200,"));
+
+    csv = lines({"list", "payments", path("s.tadb"), "--format", "csv"});
+    ASSERT_EQ(csv.size(), 2);
+    EXPECT_TRUE(csv[1].contains(",2025-02-28T12:00:00.000Z,1000,USD,1,2001,"));
+
+    const CliRun json = cli({"list", "invoices", path("s.tadb"), "--format", "json", "--sort",
+                             "identification", "--where", "status == 1"});
+    ASSERT_EQ(json.status, 0);
+    EXPECT_EQ(json.out.count("\"key\""), 1);
+    EXPECT_TRUE(json.out.contains("\"identification\": \"2002\""));
+    EXPECT_TRUE(json.out.contains("\"statusWord\": \"Draft\""));
+    EXPECT_TRUE(json.out.contains("\"status\": 1"));
+
+    const CliRun currencies =
+        cli({"list", "currencies", path("s.tadb"), "--format", "json", "--sort", "code"});
+    EXPECT_LT(currencies.out.indexOf("\"EUR\""), currencies.out.indexOf("\"USD\""));
+    const CliRun table = cli({"list", "clients", path("s.tadb"), "--sort", "-fullName"});
+    ASSERT_EQ(table.status, 0);
+    EXPECT_LT(table.out.indexOf("Soren"), table.out.indexOf("Jonas"));
+}

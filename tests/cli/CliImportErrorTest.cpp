@@ -1,0 +1,131 @@
+#include "CliTestSupport.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <functional>
+
+namespace {
+
+using Edit = std::function<void(QJsonObject &objects)>;
+
+QJsonObject member(QJsonObject &objects, const QString &key) {
+    return objects.value(key).toObject();
+}
+
+void setMember(QJsonObject &objects, const QString &key, const QString &name,
+               const QJsonValue &value) {
+    QJsonObject object = member(objects, key);
+    object.insert(name, value);
+    objects.insert(key, object);
+}
+
+} // namespace
+
+class CliImportErrorTest : public CliTest {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(cli({"new", path("s.tadb"), "--sample", "--now", "2025-03-10T12:00:00Z"}).status,
+                  0);
+        ASSERT_EQ(cli({"export-json", path("s.tadb"), "-o", path("good.json")}).status, 0);
+        good = QJsonDocument::fromJson(read("good.json")).object();
+    }
+
+    // Imports the sample's JSON after one edit; answers the message.
+    QString importEdited(const Edit &edit) {
+        QJsonObject root = good;
+        QJsonObject objects = root.value(QLatin1String("objects")).toObject();
+        edit(objects);
+        root.insert(QStringLiteral("objects"), objects);
+        write("bad.json", QJsonDocument(root).toJson());
+        const QStringList before = files();
+        const CliRun run = cli({"import-json", path("bad.json"), "-o", path("out.tadb")});
+        EXPECT_EQ(run.status, 2);
+        EXPECT_EQ(files(), before) << "nothing is written, not even a temporary file";
+        EXPECT_TRUE(run.err.contains(path("bad.json"))) << run.err.toStdString();
+        EXPECT_EQ(run.err.count(u'\n'), 1) << "one line";
+        return run.err;
+    }
+
+    QJsonObject good;
+};
+
+TEST_F(CliImportErrorTest, EachFaultIsNamedByItsPathAndNothingIsWritten) {
+    const struct {
+        const char *expected;
+        Edit edit;
+    } cases[] = {
+        {"$.objects[\"Gizmo/1\"]: unknown entity",
+         [](QJsonObject &o) { o.insert("Gizmo/1", QJsonObject()); }},
+        {"$.objects[\"Invoice/01\"]: a key is",
+         [](QJsonObject &o) { o.insert("Invoice/01", QJsonObject()); }},
+        {"$.objects[\"Invoice/1\"].colour: unknown key",
+         [](QJsonObject &o) { setMember(o, "Invoice/1", "colour", "red"); }},
+        {"$.objects[\"Invoice/1\"].items: a to-many link",
+         [](QJsonObject &o) { setMember(o, "Invoice/1", "items", QJsonValue()); }},
+        {"$.objects[\"Invoice/1\"].status: expected an integer, found a string",
+         [](QJsonObject &o) { setMember(o, "Invoice/1", "status", "2"); }},
+        {"$.objects[\"Invoice/1\"].status: expected an integer, found a number",
+         [](QJsonObject &o) { setMember(o, "Invoice/1", "status", 2.5); }},
+        {"$.objects[\"Invoice/1\"].discount: \"0,05\" is not a decimal number",
+         [](QJsonObject &o) { setMember(o, "Invoice/1", "discount", "0,05"); }},
+        {"$.objects[\"Invoice/1\"].discount: expected a decimal number as a string",
+         [](QJsonObject &o) { setMember(o, "Invoice/1", "discount", 0.05); }},
+        {"$.objects[\"Invoice/1\"].archived: expected true, false or null",
+         [](QJsonObject &o) { setMember(o, "Invoice/1", "archived", 0); }},
+        {"$.objects[\"Invoice/1\"].date: expected an ISO 8601",
+         [](QJsonObject &o) { setMember(o, "Invoice/1", "date", "2025-03-10T12:00:00"); }},
+        {"$.objects[\"Client/1\"].photo: not valid base64",
+         [](QJsonObject &o) { setMember(o, "Client/1", "photo", "not*base64"); }},
+        {"$.objects[\"Invoice/1\"].client: \"Client/99\" names no object",
+         [](QJsonObject &o) { setMember(o, "Invoice/1", "client", "Client/99"); }},
+        {"$.objects[\"Invoice/1\"].client: \"Project/1\" is no Client",
+         [](QJsonObject &o) { setMember(o, "Invoice/1", "client", "Project/1"); }},
+        {"$.objects[\"Preferences/1\"].lastProjectID.objectURI: \"Project/9\" names no object",
+         [](QJsonObject &o) {
+             setMember(o, "Preferences/1", "lastProjectID",
+                       QJsonObject{{"objectURI", "Project/9"}});
+         }},
+        {"$.objects[\"Tax/1\"]: expected an object, found an array",
+         [](QJsonObject &o) { o.insert("Tax/1", QJsonArray()); }},
+    };
+    for (const auto &c : cases) {
+        const QString message = importEdited(c.edit);
+        EXPECT_TRUE(message.contains(QString::fromUtf8(c.expected)))
+            << "expected: " << c.expected << "\n     got: " << message.toStdString();
+    }
+}
+
+TEST_F(CliImportErrorTest, BrokenTextAndWrongHeaderAreRefused) {
+    const struct {
+        QByteArray text;
+        const char *expected;
+    } cases[] = {
+        {"{\"format\": ", "not valid JSON at offset"},
+        {"[]", "$: expected an object, found an array"},
+        {"{\"format\": \"other\"}", "$.format: expected \"billfold-json\""},
+        {"{\"format\": \"billfold-json\", \"formatVersion\": 2}", "$.formatVersion: expected 1"},
+        {"{\"format\": \"billfold-json\", \"formatVersion\": 1, \"model\": \"x\", \"objects\": {},"
+         " \"extra\": 1}",
+         "$.extra: unknown key"},
+    };
+    for (const auto &c : cases) {
+        write("bad.json", c.text);
+        const CliRun run = cli({"import-json", path("bad.json"), "-o", path("out.tadb")});
+        EXPECT_EQ(run.status, 2);
+        EXPECT_TRUE(run.err.contains(QString::fromUtf8(c.expected))) << run.err.toStdString();
+        EXPECT_FALSE(QFile::exists(path("out.tadb")));
+    }
+}
+
+TEST_F(CliImportErrorTest, AnExistingTargetIsKeptUnlessForced) {
+    write("out.tadb", "precious");
+    CliRun run = cli({"import-json", path("good.json"), "-o", path("out.tadb")});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_TRUE(run.err.contains("already exists"));
+    EXPECT_EQ(read("out.tadb"), QByteArray("precious"));
+    run = cli({"import-json", path("good.json"), "-o", path("out.tadb"), "--force"});
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    EXPECT_EQ(cli({"info", path("out.tadb")}).status, 0);
+}

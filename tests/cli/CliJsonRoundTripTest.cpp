@@ -1,0 +1,129 @@
+#include "CliTestSupport.h"
+
+#include "cli/CliDocument.h"
+#include "store/entities/TAKeys.h"
+#include "store/entities/TAPreferences.h"
+#include "store/entities/TAProject.h"
+#include "store/objectstore/EntityDescription.h"
+#include "store/objectstore/ManagedObjectModel.h"
+
+#include <QRegularExpression>
+
+namespace {
+
+// A value of the attribute's type that exercises its text form: unicode and quotes in text,
+// every byte in binaries, 38 digits in decimals, milliseconds in dates.
+QVariant richValue(const AttributeDescription &attribute, int seed) {
+    switch (attribute.type) {
+    case AttributeType::String:
+        return QStringLiteral("Zoë \"%1\" \\ tab\t line\n ✓ 𝄞 \x01").arg(seed);
+    case AttributeType::Integer:
+        return QVariant(qint64(-9007199254740993LL) + seed);
+    case AttributeType::Boolean:
+        return seed % 2 == 0;
+    case AttributeType::Decimal:
+        return Decimal::fromString(seed % 2 ? u"-1234567890123456789012345678.9012345678"
+                                            : u"0.00000000000000000000000000000000000001")
+            .toVariant();
+    case AttributeType::Date:
+        return QDateTime::fromMSecsSinceEpoch(1700000000123LL + seed * 1001, Qt::UTC);
+    case AttributeType::Binary: {
+        QByteArray bytes;
+        for (int i = 0; i < 256; ++i)
+            bytes.append(char(i ^ seed));
+        return bytes;
+    }
+    case AttributeType::Float:
+        return 0.1 + seed / 3.0;
+    }
+    return {};
+}
+
+} // namespace
+
+class CliJsonRoundTripTest : public CliTest {
+protected:
+    // Every entity twice, once with every attribute set and once with every attribute null,
+    // with each to-one link of the full ones set, and a gap in every entity's keys.
+    void buildEveryEntity(const QString &file) {
+        auto document = CliDocument::createInMemory();
+        ASSERT_TRUE(document.ok());
+        ManagedObjectContext &ctx = (*document)->context();
+        QHash<QString, QList<ManagedObject *>> made;
+        int seed = 0;
+        for (const EntityDescription *entity : ctx.model()->entities()) {
+            if (entity->isAbstract())
+                continue;
+            ManagedObject *gap = ctx.insertNewObject(entity->name());
+            ManagedObject *full = ctx.insertNewObject(entity->name());
+            ManagedObject *empty = ctx.insertNewObject(entity->name());
+            ctx.obtainPermanentIDs({gap, full, empty});
+            ctx.deleteObject(gap);
+            for (const AttributeDescription &attribute : entity->attributes()) {
+                full->setPrimitiveValueForKey(richValue(attribute, ++seed), attribute.name);
+                empty->setPrimitiveValueForKey(QVariant(), attribute.name);
+            }
+            made[entity->name()] = {full, empty};
+        }
+        for (const QList<ManagedObject *> &pair : std::as_const(made)) {
+            ManagedObject *full = pair.first();
+            for (const RelationshipDescription &link : full->entity()->relationships()) {
+                if (link.toMany)
+                    continue;
+                const QString target = link.destination->isAbstract()
+                                           ? link.destination->subentities().constLast()->name()
+                                           : link.destinationEntityName;
+                full->setObjectForKey(made[target].first(), link.name);
+            }
+            for (ManagedObject *o : pair)
+                o->setPrimitiveValueForKey(QVariant(), TAKey::altHistory);
+        }
+        // A text that holds the URI of an object of the document follows that object.
+        auto *preferences = dynamic_cast<TAPreferences *>(made[TAEntity::Preferences].first());
+        preferences->setLastProjectID(made[TAEntity::Project].first()->uriText());
+        ASSERT_TRUE((*document)->saveAs(file).ok());
+    }
+};
+
+TEST_F(CliJsonRoundTripTest, EveryEntityValueAndLinkSurvivesExportImportExport) {
+    buildEveryEntity(path("every.tadb"));
+    ASSERT_EQ(cli({"export-json", path("every.tadb"), "-o", path("a.json")}).status, 0);
+    const CliRun imported = cli({"import-json", path("a.json"), "-o", path("copy.tadb")});
+    ASSERT_EQ(imported.status, 0) << imported.err.toStdString();
+    ASSERT_EQ(cli({"export-json", path("copy.tadb"), "-o", path("b.json")}).status, 0);
+    const QByteArray first = read("a.json");
+    EXPECT_EQ(first, read("b.json"));
+
+    EXPECT_TRUE(first.contains("\"Zo\xc3\xab \\\"")) << "unicode stays UTF-8, quotes escaped";
+    EXPECT_TRUE(first.contains("\"-1234567890123456789012345678.9012345678\""));
+    EXPECT_TRUE(first.contains("\"0.00000000000000000000000000000000000001\""));
+    EXPECT_TRUE(
+        QString::fromUtf8(first).contains(QRegularExpression(R"(T\d\d:\d\d:\d\d\.(?!000)\d{3}Z")")))
+        << "milliseconds are kept";
+    EXPECT_TRUE(first.contains("\"lastProjectID\": {\"objectURI\": \"Project/2\"}"));
+    EXPECT_FALSE(first.contains("\"Project/1\"")) << "the gap left by a deleted object stays";
+
+    // The copy is a document of its own whose values are those of the text, not the insert
+    // rules' choices, and whose URI texts point into it.
+    auto copy = CliDocument::open(path("copy.tadb"), true);
+    ASSERT_TRUE(copy.ok());
+    auto *project = dynamic_cast<TAProject *>((*copy)->context().objectWithURI(
+        QStringLiteral("x-billfold://%1/Project/p3").arg((*copy)->store().uuid())));
+    ASSERT_NE(project, nullptr);
+    EXPECT_FALSE(project->dueDate().isValid()) << "an empty due date is not reset to now";
+    TAPreferences *preferences = (*copy)->database().getPreferences();
+    ASSERT_NE(preferences, nullptr);
+    EXPECT_NE((*copy)->context().objectWithURI(preferences->lastProjectID()), nullptr);
+}
+
+TEST_F(CliJsonRoundTripTest, SampleDocumentRoundTripsAndExportIsStable) {
+    ASSERT_EQ(cli({"new", path("s.tadb"), "--sample", "--now", "2025-03-10T12:00:00Z"}).status, 0);
+    ASSERT_EQ(cli({"export-json", path("s.tadb"), "-o", path("a.json")}).status, 0);
+    const CliRun stdoutExport = cli({"export-json", path("s.tadb")});
+    EXPECT_EQ(stdoutExport.out.toUtf8(), read("a.json"));
+    ASSERT_EQ(cli({"import-json", path("a.json"), "-o", path("t.tadb")}).status, 0);
+    ASSERT_EQ(cli({"export-json", path("t.tadb"), "-o", path("b.json")}).status, 0);
+    EXPECT_EQ(read("a.json"), read("b.json"));
+    EXPECT_TRUE(read("a.json").contains("\"dueDate\": \"2025-04-09T12:00:00.000Z\""))
+        << "the project's due date comes from the fixed clock and survives the import";
+}
