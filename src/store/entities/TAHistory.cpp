@@ -7,6 +7,240 @@
 #include "store/entities/TAPayment.h"
 #include "store/entities/TAProject.h"
 
+#include "billing/dates/OTDate.h"
+#include "billing/money/OTNumberText.h"
+#include "store/TAContextDatabase.h"
+
+namespace {
+TAHistory *newRecord(ManagedObject *subject, int type) {
+    ManagedObjectContext *context = subject ? subject->managedObjectContext() : nullptr;
+    if (!context)
+        return nullptr;
+    TAHistory *record = TAContextDatabase::createHistoryWithCurrentDateInContext(context);
+    record->setType(type);
+    return record;
+}
+
+TAHistory *newProjectRecord(TAProject *project, int type) {
+    TAHistory *record = newRecord(project, type);
+    if (record)
+        record->setProject(project);
+    return record;
+}
+
+TAHistory *newInvoiceRecord(TAInvoice *invoice, int type) {
+    TAHistory *record = newRecord(invoice, type);
+    if (record)
+        record->setInvoice(invoice);
+    return record;
+}
+
+// "Words: detail", or the words alone when there is no detail to show.
+QString withDetail(const char *words, const QString &detail) {
+    const QString head = QString::fromLatin1(words);
+    return detail.isEmpty() ? head : head + QStringLiteral(": ") + detail;
+}
+
+QString projectStatusText(qint64 status) {
+    switch (status) {
+    case 1:
+        return QStringLiteral("Status changed to Draft");
+    case 2:
+        return QStringLiteral("Status changed to Active");
+    case 3:
+        return QStringLiteral("Status changed to Closed");
+    default:
+        return QStringLiteral("Status changed");
+    }
+}
+
+QString sentToText(TAClient *client) {
+    QString name = client ? client->emailValue() : QString();
+    if (name.isEmpty() && client)
+        name = client->displayName();
+    if (name.isEmpty())
+        name = QStringLiteral("[empty]");
+    return withDetail("Sent to client", name);
+}
+
+QString paymentText(TAPayment *payment) {
+    if (!payment)
+        return QStringLiteral("Payment received");
+    return withDetail("Payment received",
+                      OTNumberText::currencyFormatter(payment->amount(), payment->currencyCode()));
+}
+} // namespace
+
+QList<int> TAHistory::allProjectHistoryTypes() {
+    return {0, 1, 4, 5, 6, 7, 8, 9};
+}
+
+QList<int> TAHistory::allInvoiceHistoryTypes() {
+    return {1, 2, 3, 4, 5, 6};
+}
+
+TAHistory *TAHistory::addProjectCreatedRecord(TAProject *project) {
+    return newProjectRecord(project, ProjectCreated);
+}
+
+TAHistory *TAHistory::addProjectClientChangedRecord(TAProject *project) {
+    TAHistory *record = newProjectRecord(project, ProjectClientChanged);
+    if (record)
+        record->setRelatedClient(project->client());
+    return record;
+}
+
+TAHistory *TAHistory::addProjectClientDeletedRecord(TAProject *project) {
+    return newProjectRecord(project, ProjectClientDeleted);
+}
+
+TAHistory *TAHistory::addProjectInvoiceCreatedRecord(TAProject *project, TAInvoice *invoice) {
+    TAHistory *record = newProjectRecord(project, ProjectInvoiceCreated);
+    if (record)
+        record->setRelatedInvoice(invoice);
+    return record;
+}
+
+TAHistory *TAHistory::addProjectInvoiceDeletedRecord(TAProject *project) {
+    return newProjectRecord(project, ProjectInvoiceDeleted);
+}
+
+TAHistory *TAHistory::addProjectStatusChangedRecord(TAProject *project) {
+    TAHistory *record = newProjectRecord(project, ProjectStatusChanged);
+    if (record)
+        record->setIntValue(project->status());
+    return record;
+}
+
+TAHistory *TAHistory::addProjectDueDateCahngedRecord(TAProject *project) {
+    TAHistory *record = newProjectRecord(project, ProjectDueDateChanged);
+    if (record)
+        record->setDateValue(project->dueDate());
+    return record;
+}
+
+void TAHistory::addProjectHistoryRecords(TAProject *project) {
+    if (!project)
+        return;
+    if (project->client())
+        addProjectClientChangedRecord(project);
+    addProjectStatusChangedRecord(project);
+    addProjectDueDateCahngedRecord(project);
+}
+
+TAHistory *TAHistory::addInvoiceCreatedRecord(TAInvoice *invoice) {
+    TAHistory *record = newInvoiceRecord(invoice, InvoiceCreated);
+    if (record)
+        record->setDateValue(invoice->date());
+    return record;
+}
+
+TAHistory *TAHistory::addInvoiceSentRecord(TAInvoice *invoice) {
+    TAHistory *record = newInvoiceRecord(invoice, InvoiceSent);
+    if (record)
+        record->setRelatedClient(invoice->client());
+    return record;
+}
+
+// Dated by the payment, not by the clock: the log then reads in the order money arrived.
+TAHistory *TAHistory::addInvoicePaymentReceivedRecord(TAInvoice *invoice, TAPayment *payment) {
+    TAHistory *record = newInvoiceRecord(invoice, InvoicePaymentReceived);
+    if (record && payment) {
+        record->setRelatedPayment(payment);
+        record->setDate(payment->date());
+    }
+    return record;
+}
+
+TAHistory *TAHistory::addInvoicePaidRecord(TAInvoice *invoice) {
+    return newInvoiceRecord(invoice, InvoicePaid);
+}
+
+TAHistory *TAHistory::addInvoiceCreatedInProjectRecord(TAInvoice *invoice, TAProject *project) {
+    TAHistory *record = newInvoiceRecord(invoice, InvoiceCreatedInProject);
+    if (record)
+        record->setRelatedProject(project);
+    return record;
+}
+
+TAHistory *TAHistory::addInvoiceAssignedToProjectRecord(TAInvoice *invoice, TAProject *project) {
+    TAHistory *record = newInvoiceRecord(invoice, InvoiceAssignedToProject);
+    if (record)
+        record->setRelatedProject(project);
+    return record;
+}
+
+void TAHistory::setProjectHistoryType(int value) {
+    setType(value);
+}
+
+void TAHistory::setInvoiceHistoryType(int value) {
+    setType(value);
+}
+
+int TAHistory::projectHistoryType() {
+    const int stored = type();
+    if (allProjectHistoryTypes().contains(stored))
+        return stored;
+    setType(ProjectNoInfo);
+    return ProjectNoInfo;
+}
+
+int TAHistory::invoiceHistoryType() {
+    const int stored = type();
+    if (stored == InvoiceNoInfo || allInvoiceHistoryTypes().contains(stored))
+        return stored;
+    setType(InvoiceNoInfo);
+    return InvoiceNoInfo;
+}
+
+QString TAHistory::projectHistoryText() {
+    switch (projectHistoryType()) {
+    case ProjectCreated:
+        return QStringLiteral("Created");
+    case ProjectClientChanged:
+        return withDetail("Assigned to client",
+                          relatedClient() ? relatedClient()->displayName() : QString());
+    case ProjectClientDeleted:
+        return QStringLiteral("Client relationship deleted");
+    case ProjectInvoiceCreated:
+        return QStringLiteral("Invoice created");
+    case ProjectInvoiceDeleted:
+        return QStringLiteral("Invoice deleted");
+    case ProjectStatusChanged:
+        return projectStatusText(intValue());
+    case ProjectDueDateChanged:
+        return withDetail("Due date changed to", OTDate::dateFormatter(dateValue()));
+    default:
+        return QStringLiteral("No info");
+    }
+}
+
+QString TAHistory::invoiceHistoryText() {
+    switch (invoiceHistoryType()) {
+    case InvoiceCreated:
+        return QStringLiteral("Created");
+    case InvoiceSent:
+        return sentToText(relatedClient());
+    case InvoicePaymentReceived:
+        return paymentText(relatedPayment());
+    case InvoicePaid:
+        return QStringLiteral("Paid");
+    case InvoiceCreatedInProject:
+        return withDetail("Created in project",
+                          relatedProject() ? relatedProject()->name() : QString());
+    case InvoiceAssignedToProject:
+        return withDetail("Assigned to project",
+                          relatedProject() ? relatedProject()->name() : QString());
+    default:
+        return QStringLiteral("No info");
+    }
+}
+
+QString TAHistory::historyText() {
+    return invoice() ? invoiceHistoryText() : projectHistoryText();
+}
+
 QDateTime TAHistory::date() const {
     return dateForKey(TAKey::date);
 }
