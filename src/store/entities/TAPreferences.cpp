@@ -1,7 +1,175 @@
 #include "store/entities/TAPreferences.h"
 
+#include "store/TAApplicationHooks.h"
 #include "store/entities/EntityValues.h"
 #include "store/entities/TAKeys.h"
+
+#include <QBuffer>
+
+#include <limits>
+
+namespace {
+constexpr int kPhotoSide = 2000;
+constexpr int kCardPhotoSide = 60;
+
+QString withoutDelimiters(QString text) {
+    text.remove(QLatin1Char('|'));
+    text.remove(QLatin1Char(','));
+    return text;
+}
+
+QByteArray pngFitting(const QImage &image, int side) {
+    if (image.isNull())
+        return {};
+    QImage scaled = image;
+    if (image.width() > side || image.height() > side)
+        scaled = image.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    QByteArray data;
+    QBuffer buffer(&data);
+    buffer.open(QIODevice::WriteOnly);
+    if (!scaled.save(&buffer, "PNG"))
+        return {};
+    return data;
+}
+
+// Leading ASCII digits as a signed 64-bit value, held at the largest value when they overflow.
+qint64 saturatedValue(QStringView digits) {
+    constexpr qint64 kMax = std::numeric_limits<qint64>::max();
+    qint64 value = 0;
+    for (QChar c : digits) {
+        if (c < QLatin1Char('0') || c > QLatin1Char('9'))
+            break;
+        const int digit = c.unicode() - '0';
+        if (value > (kMax - digit) / 10)
+            return kMax;
+        value = value * 10 + digit;
+    }
+    return value;
+}
+
+qsizetype leadingDigits(const QString &s) {
+    qsizetype n = 0;
+    while (n < s.size() && s.at(n).isDigit())
+        ++n;
+    return n;
+}
+
+qsizetype trailingDigits(const QString &s) {
+    qsizetype n = 0;
+    while (n < s.size() && s.at(s.size() - 1 - n).isDigit())
+        ++n;
+    return n;
+}
+} // namespace
+
+void TAPreferences::setInfoPhotoValue(const QImage &image) {
+    setInfoPhoto(pngFitting(image, kPhotoSide));
+}
+
+QImage TAPreferences::infoPhotoValue() const {
+    const QByteArray data = infoPhoto();
+    return data.isEmpty() ? QImage() : QImage::fromData(data);
+}
+
+QString TAPreferences::fullName() const {
+    const QString first = infoFirstName();
+    const QString last = infoLastName();
+    if (first.isEmpty())
+        return last;
+    if (last.isEmpty())
+        return first;
+    return first + QLatin1Char(' ') + last;
+}
+
+QString TAPreferences::fullAddress() const {
+    QStringList parts;
+    for (const QString &part :
+         {infoAddressStreet(), infoAddressCity(), infoAddressPostalCode(), infoAddressCountry()})
+        if (!part.isEmpty())
+            parts.append(part);
+    return parts.join(QStringLiteral(", "));
+}
+
+void TAPreferences::addCustomWithColumn(const QString &column, const QString &value) {
+    const QString record = withoutDelimiters(column) + QLatin1Char(',') + withoutDelimiters(value);
+    const QString existing = infoCustoms();
+    setInfoCustoms(existing.isEmpty() ? record : existing + QLatin1Char('|') + record);
+}
+
+QList<QVariantMap> TAPreferences::infoCustomValues() const {
+    QList<QVariantMap> fields;
+    const QString text = infoCustoms();
+    if (text.isEmpty())
+        return fields;
+    for (const QString &record : text.split(QLatin1Char('|'))) {
+        const QStringList parts = record.split(QLatin1Char(','));
+        if (parts.size() != 2)
+            continue;
+        fields.append(
+            {{QStringLiteral("column"), parts.at(0)}, {QStringLiteral("value"), parts.at(1)}});
+    }
+    return fields;
+}
+
+QString TAPreferences::infoCustomValueForColumn(const QString &name) const {
+    if (name.isNull())
+        return {};
+    const QString wanted = name.toUpper();
+    for (const QVariantMap &field : infoCustomValues())
+        if (field.value(QStringLiteral("column")).toString().toUpper() == wanted)
+            return field.value(QStringLiteral("value")).toString();
+    return {};
+}
+
+void TAPreferences::deleteCustoms() {
+    setInfoCustoms(QString());
+}
+
+void TAPreferences::updateFromAddressBook() {
+    TAApplicationHooks::instance().updateFromAddressBook(this);
+}
+
+void TAPreferences::updateFromCard(const AddressCard &card) {
+    setInfoFirstName(card.firstName);
+    setInfoLastName(card.lastName);
+    setInfoCompany(card.organisation);
+    setInfoIsCompany(card.personFlags & 1);
+    setInfoPhoto(card.image.isNull()
+                     ? QByteArray()
+                     : pngFitting(card.image.scaled(kCardPhotoSide, kCardPhotoSide,
+                                                    Qt::KeepAspectRatio, Qt::SmoothTransformation),
+                                  kCardPhotoSide));
+    setInfoEmail(card.email);
+    setInfoPhone(card.phone);
+    setInfoAddressCity(card.city);
+    setInfoAddressCountry(card.country);
+    setInfoAddressPostalCode(card.zip);
+    setInfoAddressStreet(card.street);
+}
+
+void TAPreferences::increaseNextInvoiceNumber() {
+    const QString number = nextInvoiceNumber();
+    if (!number.isEmpty())
+        setNextInvoiceNumber(increasedInvoiceNumber(number));
+}
+
+// The number part is what follows the text between the outer digit runs; an all-digit number
+// has no such text and is read whole. The width is kept unless the value outgrows it.
+QString TAPreferences::increasedInvoiceNumber(const QString &number) {
+    if (number.isEmpty())
+        return number;
+    const qsizetype lead = leadingDigits(number);
+    const qsizetype coreEnd = lead == number.size() ? 0 : number.size() - trailingDigits(number);
+    const QString numberPart = number.mid(coreEnd);
+    const QString result = QString::number(quint64(saturatedValue(numberPart)) + 1);
+    if (numberPart.size() < result.size())
+        return number.left(coreEnd) + result;
+    if (coreEnd == 0)
+        return result;
+    QString increased = number;
+    increased.replace(coreEnd + numberPart.size() - result.size(), result.size(), result);
+    return increased;
+}
 
 bool TAPreferences::showInvoices() const {
     return boolForKey(TAKey::showInvoices);

@@ -2,9 +2,50 @@
 
 #include "store/entities/TAObject.h"
 
+#include <QImage>
+
 // The settings of one document; there is one such object per document.
 class TAPreferences : public TAObject {
 public:
+    // The user's own address card as the address book delivers it; absent values are empty.
+    struct AddressCard {
+        QString firstName;
+        QString lastName;
+        QString organisation;
+        qint64 personFlags = 0; // the low bit: the card shows a company
+        QImage image;
+        QString email;
+        QString phone;
+        QString city;
+        QString country;
+        QString zip;
+        QString street;
+    };
+
+    // The photo as an image: stored as PNG, scaled down to fit 2000 by 2000. A null image, or
+    // one that cannot be encoded, clears it.
+    virtual void setInfoPhotoValue(const QImage &image);
+    virtual QImage infoPhotoValue() const;
+    virtual QString fullName() const;
+    virtual QString fullAddress() const;
+
+    // Custom fields, kept in `infoCustoms` as "column,value" records joined by "|". Both
+    // delimiters are dropped from column and value, as there is no escape.
+    virtual void addCustomWithColumn(const QString &column, const QString &value);
+    // {"column", "value"} maps in stored order; malformed records are skipped.
+    virtual QList<QVariantMap> infoCustomValues() const;
+    // The first field whose column matches in upper case; null when none does.
+    virtual QString infoCustomValueForColumn(const QString &name) const;
+    virtual void deleteCustoms();
+
+    // Asks the application's address book to fill the info fields from the user's own card.
+    virtual void updateFromAddressBook();
+    // Writes a card into the info fields; the address book side calls this.
+    void updateFromCard(const AddressCard &card);
+    virtual void increaseNextInvoiceNumber();
+    // The number that follows `number` by the numbering rules; the empty text stays empty.
+    static QString increasedInvoiceNumber(const QString &number);
+
     bool showInvoices() const;
     void setShowInvoices(bool value);
     bool showRecurring() const;
