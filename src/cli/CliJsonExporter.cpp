@@ -8,14 +8,7 @@
 
 #include <algorithm>
 
-namespace {
-
-struct Property {
-    QString name;
-    const AttributeDescription *attribute = nullptr; // null: a to-one link
-};
-
-QList<Property> propertiesOf(const EntityDescription *entity) {
+QList<CliJsonExporter::Property> CliJsonExporter::propertiesOf(const EntityDescription *entity) {
     QList<Property> properties;
     for (const AttributeDescription &attribute : entity->attributes())
         if (!attribute.transient)
@@ -27,8 +20,6 @@ QList<Property> propertiesOf(const EntityDescription *entity) {
               [](const Property &a, const Property &b) { return a.name < b.name; });
     return properties;
 }
-
-} // namespace
 
 CliJsonExporter::CliJsonExporter(ManagedObjectContext &context)
     : m_context(context) {}
@@ -55,7 +46,7 @@ Result<void> CliJsonExporter::collect() {
         });
         for (ManagedObject *object : objects)
             m_keys.insert(keyOf(object));
-        m_objects.append({entity->name(), objects});
+        m_objects.append({entity->name(), objects, propertiesOf(entity)});
     }
     return {};
 }
@@ -80,7 +71,7 @@ Result<QByteArray> CliJsonExporter::exportDocument() {
             first = false;
             CliJsonText::appendString(out, keyOf(object));
             out.append(": ");
-            writeObject(out, object);
+            writeObject(out, object, group.properties);
         }
     }
     out.append(first ? "}\n}\n" : "\n  }\n}\n");
@@ -89,8 +80,8 @@ Result<QByteArray> CliJsonExporter::exportDocument() {
     return out;
 }
 
-void CliJsonExporter::writeObject(QByteArray &out, const ManagedObject *object) const {
-    const QList<Property> properties = propertiesOf(object->entity());
+void CliJsonExporter::writeObject(QByteArray &out, const ManagedObject *object,
+                                  const QList<Property> &properties) const {
     out.append('{');
     bool first = true;
     for (const Property &property : properties) {

@@ -11,6 +11,7 @@
 class ManagedObject;
 class ManagedObjectContext;
 struct AttributeDescription;
+class EntityDescription;
 
 // The JSON form of a whole document (described in docs/json-interchange.md). Walks the model,
 // so every entity, attribute and to-one link is written without a list of its own here; to-many
@@ -29,12 +30,19 @@ public:
     static QString keyOf(const ManagedObject *object);
 
 private:
+    struct Property {
+        QString name;
+        const AttributeDescription *attribute = nullptr; // null: a to-one link
+    };
     struct EntityObjects {
         QString entity;
         QList<ManagedObject *> objects;
+        QList<Property> properties; // by name
     };
     Result<void> collect();
-    void writeObject(QByteArray &out, const ManagedObject *object) const;
+    void writeObject(QByteArray &out, const ManagedObject *object,
+                     const QList<Property> &properties) const;
+    static QList<Property> propertiesOf(const EntityDescription *entity);
     void writeAttribute(QByteArray &out, const ManagedObject *object,
                         const AttributeDescription &attribute) const;
     // The key of an object of this document that a text names by its URI, if any.

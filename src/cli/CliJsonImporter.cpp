@@ -11,7 +11,6 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QRegularExpression>
 #include <QSet>
 
 #include <algorithm>
@@ -73,11 +72,14 @@ Result<void> CliJsonImporter::read(const QByteArray &json) {
     if (!objects.isObject())
         return wrongType(QStringLiteral("$.objects"), QStringLiteral("an object"), objects);
     const QJsonObject members = objects.toObject();
-    m_objects.reserve(members.size());
-    for (auto it = members.constBegin(); it != members.constEnd(); ++it)
-        if (auto object = readObject(it.key(), it.value()); !object)
+    // Keys first, so that every reference can be resolved while its object is read.
+    if (auto keys = readKeys(members); !keys)
+        return keys;
+    qsizetype at = 0;
+    for (auto it = members.constBegin(); it != members.constEnd(); ++it, ++at)
+        if (auto object = readObject(m_objects[at], it.key(), it.value()); !object)
             return object;
-    return checkReferences();
+    return {};
 }
 
 Result<void> CliJsonImporter::readHeader(const QJsonObject &root) {
@@ -99,66 +101,109 @@ Result<void> CliJsonImporter::readHeader(const QJsonObject &root) {
     return {};
 }
 
-Result<void> CliJsonImporter::readObject(const QString &key, const QJsonValue &value) {
-    const QString path = objectPath(key);
-    static const QRegularExpression shape(
-        QStringLiteral("^([A-Za-z][A-Za-z0-9_]*)/([1-9][0-9]{0,17})$"));
-    const auto match = shape.match(key);
-    if (!match.hasMatch())
-        return fault(path, QStringLiteral("a key is \"Entity/number\", the number from 1"));
-    const EntityDescription *entity = TADocModel::model().entity(match.captured(1));
-    if (!entity || entity->isAbstract())
-        return fault(path, QStringLiteral("unknown entity \"%1\"").arg(match.captured(1)));
-    if (!value.isObject())
-        return wrongType(path, QStringLiteral("an object"), value);
-
-    Planned planned;
-    planned.key = key;
-    planned.entity = entity;
-    planned.number = match.captured(2).toLongLong();
-    const QJsonObject members = value.toObject();
-    for (auto it = members.constBegin(); it != members.constEnd(); ++it) {
-        const QString memberPath = path + u'.' + it.key();
-        if (const AttributeDescription *attribute = entity->attribute(it.key());
-            attribute && !attribute->transient) {
-            auto read = readAttribute(memberPath, *attribute, it.value(), planned);
-            if (!read)
-                return read.error();
-            planned.attributes.insert(it.key(), *read);
-            continue;
-        }
-        const RelationshipDescription *link = entity->relationship(it.key());
-        if (!link)
-            return fault(memberPath, QStringLiteral("unknown key for %1").arg(entity->name()));
-        if (link->toMany)
-            return fault(memberPath, QStringLiteral("a to-many link is given by the to-one "
-                                                    "links of its members; leave it out"));
-        if (!it.value().isNull() && !it.value().isString())
-            return wrongType(memberPath, QStringLiteral("an object key or null"), it.value());
-        planned.links.append({it.key(), it.value().toString()});
+Result<void> CliJsonImporter::readKeys(const QJsonObject &objects) {
+    const ManagedObjectModel &model = TADocModel::model();
+    m_objects.resize(objects.size());
+    m_byKey.reserve(objects.size());
+    qsizetype at = 0;
+    for (auto it = objects.constBegin(); it != objects.constEnd(); ++it, ++at) {
+        const QString key = it.key();
+        const qsizetype slash = key.indexOf(u'/');
+        const QStringView number = QStringView(key).mid(slash + 1);
+        bool ok = slash > 0 && !number.isEmpty() && number.front() != u'0' && number.size() < 19;
+        for (QChar c : number)
+            ok = ok && c.isDigit() && c.unicode() < 128;
+        if (!ok)
+            return fault(objectPath(key), QStringLiteral("a key is \"Entity/number\", the "
+                                                         "number from 1"));
+        const EntityDescription *entity = model.entity(key.left(slash));
+        if (!entity || entity->isAbstract())
+            return fault(objectPath(key),
+                         QStringLiteral("unknown entity \"%1\"").arg(key.left(slash)));
+        m_objects[at].entity = entity;
+        m_objects[at].number = number.toLongLong();
+        m_byKey.insert(key, at);
     }
-    // A link the text leaves out is empty, whatever the insert rules would choose.
-    for (const RelationshipDescription &link : entity->relationships())
-        if (!link.toMany && !members.contains(link.name))
-            planned.links.append({link.name, QString()});
-    m_byKey.insert(key, m_objects.size());
-    m_objects.append(std::move(planned));
     return {};
 }
 
-Result<QVariant> CliJsonImporter::readAttribute(const QString &path,
-                                                const AttributeDescription &attribute,
+Result<qsizetype> CliJsonImporter::resolve(const QString &path, const QString &key) const {
+    const auto found = m_byKey.constFind(key);
+    if (found == m_byKey.constEnd())
+        return fault(path, QStringLiteral("\"%1\" names no object of the file").arg(key));
+    return *found;
+}
+
+Result<void> CliJsonImporter::readObject(Planned &planned, const QString &key,
+                                         const QJsonValue &value) {
+    const QString path = objectPath(key);
+    if (!value.isObject())
+        return wrongType(path, QStringLiteral("an object"), value);
+    const EntityDescription *entity = planned.entity;
+    const auto &attributes = entity->attributes();
+    const auto &relationships = entity->relationships();
+    planned.values.resize(attributes.size());
+    for (qsizetype i = 0; i < attributes.size(); ++i)
+        planned.values[i] = attributes[i].defaultValue;
+    // A link the text leaves out is empty, whatever the insert rules would choose.
+    for (qsizetype i = 0; i < relationships.size(); ++i)
+        if (!relationships[i].toMany)
+            planned.links.push_back({int(i), -1});
+
+    const QJsonObject members = value.toObject();
+    for (auto it = members.constBegin(); it != members.constEnd(); ++it) {
+        const QString name = it.key();
+        const PropertySlot *slot = entity->slot(name);
+        if (!slot ||
+            (slot->kind == PropertySlot::Attribute && attributes[slot->declaration].transient))
+            return fault(path + u'.' + name,
+                         QStringLiteral("unknown key for %1").arg(entity->name()));
+        if (slot->kind == PropertySlot::ToMany)
+            return fault(path + u'.' + name, QStringLiteral("a to-many link is given by the "
+                                                            "to-one links of its members; leave "
+                                                            "it out"));
+        if (slot->kind == PropertySlot::Attribute) {
+            auto read = readAttribute(path + u'.' + name, slot->declaration, it.value(), planned);
+            if (!read)
+                return read.error();
+            planned.values[slot->declaration] = std::move(*read);
+            continue;
+        }
+        const QJsonValue target = it.value();
+        if (!target.isNull() && !target.isString())
+            return wrongType(path + u'.' + name, QStringLiteral("an object key or null"), target);
+        if (target.isNull())
+            continue;
+        auto resolved = resolve(path + u'.' + name, target.toString());
+        if (!resolved)
+            return resolved.error();
+        const RelationshipDescription &link = relationships[slot->declaration];
+        if (!m_objects[*resolved].entity->isKindOfEntity(link.destination))
+            return fault(path + u'.' + name,
+                         QStringLiteral("\"%1\" is no %2")
+                             .arg(target.toString(), link.destinationEntityName));
+        for (Link &l : planned.links)
+            if (l.relationship == slot->declaration)
+                l.target = *resolved;
+    }
+    return {};
+}
+
+Result<QVariant> CliJsonImporter::readAttribute(const QString &path, int index,
                                                 const QJsonValue &value, Planned &planned) {
     if (value.isNull())
         return QVariant();
-    switch (attribute.type) {
+    switch (planned.entity->attributes()[index].type) {
     case AttributeType::String:
         if (value.isObject()) {
             const QJsonObject ref = value.toObject();
             if (ref.size() != 1 || !ref.value(QLatin1String("objectURI")).isString())
                 return fault(path, QStringLiteral("expected a string or {\"objectURI\": key}"));
-            planned.uriTexts.append(
-                {attribute.name, ref.value(QLatin1String("objectURI")).toString()});
+            auto target = resolve(path + QStringLiteral(".objectURI"),
+                                  ref.value(QLatin1String("objectURI")).toString());
+            if (!target)
+                return target.error();
+            planned.uriTexts.push_back({index, *target});
             return QVariant();
         }
         if (!value.isString())
@@ -210,30 +255,6 @@ Result<QVariant> CliJsonImporter::readAttribute(const QString &path,
     return QVariant();
 }
 
-Result<void> CliJsonImporter::checkReferences() const {
-    for (const Planned &planned : m_objects) {
-        const QString path = objectPath(planned.key);
-        for (const Reference &link : planned.links) {
-            if (link.target.isEmpty())
-                continue;
-            const qsizetype at = m_byKey.value(link.target, -1);
-            if (at < 0)
-                return fault(path + u'.' + link.name,
-                             QStringLiteral("\"%1\" names no object of the file").arg(link.target));
-            const RelationshipDescription *r = planned.entity->relationship(link.name);
-            if (!m_objects[at].entity->isKindOfEntity(r->destination))
-                return fault(
-                    path + u'.' + link.name,
-                    QStringLiteral("\"%1\" is no %2").arg(link.target, r->destinationEntityName));
-        }
-        for (const Reference &uri : planned.uriTexts)
-            if (!m_byKey.contains(uri.target))
-                return fault(path + u'.' + uri.name + QStringLiteral(".objectURI"),
-                             QStringLiteral("\"%1\" names no object of the file").arg(uri.target));
-    }
-    return {};
-}
-
 Result<void> CliJsonImporter::build(ManagedObjectContext &context) {
     context.setUndoManager(nullptr);
     if (auto inserted = insertObjects(context); !inserted)
@@ -258,7 +279,7 @@ Result<void> CliJsonImporter::build(ManagedObjectContext &context) {
 
 Result<void> CliJsonImporter::insertObjects(ManagedObjectContext &context) {
     // Objects go in by entity and key, so that each one can take its key as primary key.
-    QList<qsizetype> order(m_objects.size());
+    std::vector<qsizetype> order(m_objects.size());
     std::iota(order.begin(), order.end(), 0);
     std::sort(order.begin(), order.end(), [this](qsizetype a, qsizetype b) {
         const Planned &x = m_objects[a];
@@ -272,14 +293,14 @@ Result<void> CliJsonImporter::insertObjects(ManagedObjectContext &context) {
         Planned &planned = m_objects[at];
         planned.object = context.insertNewObject(planned.entity->name());
         if (!planned.object)
-            return fault(objectPath(planned.key), QStringLiteral("could not be made"));
+            return fault(objectPath(keyOf(planned)), QStringLiteral("could not be made"));
         qint64 &next = nextKey[planned.entity];
         for (next = std::max<qint64>(next, 1); next < planned.number; ++next)
             (void)store->allocatePrimaryKey(planned.entity);
         ++next;
         context.obtainPermanentIDs({planned.object});
         if (planned.object->objectID().number() != planned.number)
-            return fault(objectPath(planned.key), QStringLiteral("the key could not be kept"));
+            return fault(objectPath(keyOf(planned)), QStringLiteral("the key could not be kept"));
     }
     return {};
 }
@@ -287,12 +308,13 @@ Result<void> CliJsonImporter::insertObjects(ManagedObjectContext &context) {
 void CliJsonImporter::setLinks(bool &changed) {
     changed = false;
     for (Planned &planned : m_objects) {
-        for (const Reference &link : std::as_const(planned.links)) {
-            ManagedObject *target =
-                link.target.isEmpty() ? nullptr : m_objects[m_byKey.value(link.target)].object;
-            if (planned.object->objectForKey(link.name) == target)
+        const auto &relationships = planned.entity->relationships();
+        for (const Link &link : planned.links) {
+            ManagedObject *target = link.target < 0 ? nullptr : m_objects[link.target].object;
+            const QString &name = relationships[link.relationship].name;
+            if (planned.object->objectForKey(name) == target)
                 continue;
-            planned.object->setObjectForKey(target, link.name);
+            planned.object->setObjectForKey(target, name);
             changed = true;
         }
     }
@@ -300,30 +322,33 @@ void CliJsonImporter::setLinks(bool &changed) {
 
 void CliJsonImporter::setAttributes() {
     for (Planned &planned : m_objects) {
-        for (const AttributeDescription &attribute : planned.entity->attributes()) {
-            if (attribute.transient)
-                continue;
-            planned.object->setPrimitiveValueForKey(
-                planned.attributes.value(attribute.name, attribute.defaultValue), attribute.name);
-        }
-        for (const Reference &uri : std::as_const(planned.uriTexts))
-            planned.object->setPrimitiveValueForKey(
-                m_objects[m_byKey.value(uri.target)].object->uriText(), uri.name);
+        const auto &attributes = planned.entity->attributes();
+        for (qsizetype i = 0; i < attributes.size(); ++i)
+            if (!attributes[i].transient)
+                planned.object->setPrimitiveValueForKey(planned.values[i], attributes[i].name);
+        for (const UriText &uri : planned.uriTexts)
+            planned.object->setPrimitiveValueForKey(m_objects[uri.target].object->uriText(),
+                                                    attributes[uri.attribute].name);
     }
 }
 
 Result<void> CliJsonImporter::verify() const {
     for (const Planned &planned : m_objects) {
-        const QString path = objectPath(planned.key);
         if (ObjectGraph::visible(planned.object) != planned.object)
-            return fault(path, QStringLiteral("was removed while the document was built"));
-        for (const Reference &link : planned.links) {
-            ManagedObject *target =
-                link.target.isEmpty() ? nullptr : m_objects[m_byKey.value(link.target)].object;
-            if (planned.object->objectForKey(link.name) != target)
-                return fault(path + u'.' + link.name,
+            return fault(objectPath(keyOf(planned)),
+                         QStringLiteral("was removed while the document was built"));
+        const auto &relationships = planned.entity->relationships();
+        for (const Link &link : planned.links) {
+            ManagedObject *target = link.target < 0 ? nullptr : m_objects[link.target].object;
+            if (planned.object->objectForKey(relationships[link.relationship].name) != target)
+                return fault(objectPath(keyOf(planned)) + u'.' +
+                                 relationships[link.relationship].name,
                              QStringLiteral("the link contradicts another one of the file"));
         }
     }
     return {};
+}
+
+QString CliJsonImporter::keyOf(const Planned &planned) const {
+    return planned.entity->name() + u'/' + QString::number(planned.number);
 }

@@ -10,6 +10,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <vector>
+
 class EntityDescription;
 class ManagedObject;
 class ManagedObjectContext;
@@ -26,33 +28,38 @@ public:
     // Builds into an empty context of a new store, with undo off.
     Result<void> build(ManagedObjectContext &context);
 
-    qsizetype objectCount() const { return m_objects.size(); }
+    qsizetype objectCount() const { return qsizetype(m_objects.size()); }
 
 private:
-    struct Reference {
-        QString name;
-        QString target; // key; empty for null
+    struct Link {
+        int relationship;      // index into the entity's relationships()
+        qsizetype target = -1; // index into m_objects; -1 for null
+    };
+    struct UriText {
+        int attribute;
+        qsizetype target;
     };
     struct Planned {
-        QString key;
         const EntityDescription *entity = nullptr;
         qint64 number = 0;
-        QHash<QString, QVariant> attributes; // the ones the text gives
-        QList<Reference> links;
-        QList<Reference> uriTexts; // text attributes that hold an object's URI
+        std::vector<QVariant> values; // per attribute; the model default where not given
+        std::vector<Link> links;      // every to-one link of the entity
+        std::vector<UriText> uriTexts;
         ManagedObject *object = nullptr;
     };
 
     Result<void> readHeader(const QJsonObject &root);
-    Result<void> readObject(const QString &key, const QJsonValue &value);
-    Result<QVariant> readAttribute(const QString &path, const AttributeDescription &attribute,
-                                   const QJsonValue &value, Planned &planned);
-    Result<void> checkReferences() const;
+    Result<void> readKeys(const QJsonObject &objects);
+    Result<void> readObject(Planned &planned, const QString &key, const QJsonValue &value);
+    Result<QVariant> readAttribute(const QString &path, int index, const QJsonValue &value,
+                                   Planned &planned);
+    Result<qsizetype> resolve(const QString &path, const QString &key) const;
     Result<void> insertObjects(ManagedObjectContext &context);
     void setLinks(bool &changed);
     void setAttributes();
     Result<void> verify() const;
+    QString keyOf(const Planned &planned) const;
 
-    QList<Planned> m_objects;
+    std::vector<Planned> m_objects;
     QHash<QString, qsizetype> m_byKey;
 };
