@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 class ManagedObject;
 class ManagedObjectContext;
 
@@ -31,5 +33,10 @@ public:
 
     // Copies the built-in templates into a context that has none. Without the template
     // resource there is nothing to copy, and getTemplates then answers the stored ones only.
-    virtual void seedBuiltInTemplates(ManagedObjectContext *context) { (void)context; }
+    // By default this runs the seeder installed below, so that the template library can
+    // provide it without taking over the other hooks.
+    virtual void seedBuiltInTemplates(ManagedObjectContext *context);
+
+    using TemplateSeeder = std::function<void(ManagedObjectContext *)>;
+    static void setBuiltInTemplateSeeder(TemplateSeeder seeder);
 };

@@ -5,6 +5,20 @@
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAKeys.h"
 
+#include "billing/dates/OTClock.h"
+#include "invoicelayout/values/LMArchivedColor.h"
+#include "invoicelayout/values/LMArchivedImage.h"
+#include "invoicelayout/values/LMGeometry.h"
+#include "invoicelayout/values/LMNotifications.h"
+#include "invoicelayout/values/TANotificationCenter.h"
+#include "store/objectstore/ManagedObjectContext.h"
+#include "store/objectstore/UndoManager.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+
+#include <algorithm>
+
 QString LMInvoiceTemplateClass::name() const {
     return stringForKey(TAKey::name);
 }
@@ -99,4 +113,240 @@ QList<LMInvoiceTemplatePageClass *> LMInvoiceTemplateClass::pages() const {
 
 QList<TAInvoice *> LMInvoiceTemplateClass::invoices() const {
     return objectsForKeyAs<TAInvoice>(TAKey::invoices);
+}
+
+// ---- Pages, background, positions, copies ----
+
+namespace {
+
+const QString kPositionSeparator = QStringLiteral("|");
+const QString kTagSeparator = QStringLiteral("+");
+// The seed entry's number; no element type is negative.
+constexpr qint64 kSeedTag = -1;
+
+LMInvoiceTemplateClass::PaperSizeProvider &paperSizeProvider() {
+    static LMInvoiceTemplateClass::PaperSizeProvider provider;
+    return provider;
+}
+
+void post(const QString &name, ManagedObject *object) {
+    TANotificationCenter::defaultCenter().postNotificationName(name, object);
+}
+
+LMInvoiceTemplatePageClass *insertPage(ManagedObjectContext *context) {
+    return context->insertNewObjectAs<LMInvoiceTemplatePageClass>(TAEntity::InvoiceTemplatePage);
+}
+
+} // namespace
+
+void LMInvoiceTemplateClass::awakeFromInsert() {
+    LMManagedObject::awakeFromInsert();
+    setPrimitiveValueForKey(OTClock::now(), TAKey::creationDate);
+}
+
+void LMInvoiceTemplateClass::didChangeValueForKey(const QString &key) {
+    LMManagedObject::didChangeValueForKey(key);
+    if (isUndoingOrRedoing())
+        return;
+    if (key == TAKey::name)
+        post(LMNotification::needsReloadInvoiceStylesMenu, this);
+    else if (key == TAKey::previewImageData)
+        post(LMNotification::previewImageChange, this);
+}
+
+void LMInvoiceTemplateClass::updateAfterInsert() {
+    ManagedObjectContext *context = managedObjectContext();
+    if (!context)
+        return;
+    LMInvoiceTemplatePageClass *page = insertPage(context);
+    page->setTag(0);
+    page->setInvoiceTemplate(this);
+    setCreationDate(OTClock::now());
+}
+
+QList<LMInvoiceTemplatePageClass *> LMInvoiceTemplateClass::getSortedPages() const {
+    QList<LMInvoiceTemplatePageClass *> out = pages();
+    std::stable_sort(out.begin(), out.end(), [](auto *a, auto *b) { return a->tag() < b->tag(); });
+    return out;
+}
+
+void LMInvoiceTemplateClass::postPagesReload(ManagedObject *object) {
+    post(LMNotification::pagesTableViewNeedsReload, object);
+}
+
+void LMInvoiceTemplateClass::addPageWithTag(qint64 tag) {
+    ManagedObjectContext *context = managedObjectContext();
+    if (!context)
+        return;
+    UndoManager *undo = context->undoManager();
+    if (undo)
+        undo->beginUndoGrouping();
+    for (LMInvoiceTemplatePageClass *page : pages())
+        if (page->tag() >= tag)
+            page->setTag(page->tag() + 1);
+    LMInvoiceTemplatePageClass *page = insertPage(context);
+    page->setTag(tag);
+    page->setInvoiceTemplate(this);
+    postPagesReload(page);
+    post(LMNotification::previewAllImagesNeedsUpdate, this);
+    context->processPendingChanges();
+    if (undo)
+        undo->endUndoGrouping();
+}
+
+void LMInvoiceTemplateClass::removePageAtIndex(qint64 index) {
+    ManagedObjectContext *context = managedObjectContext();
+    const QList<LMInvoiceTemplatePageClass *> sorted = getSortedPages();
+    if (!context || index < 0 || index >= sorted.size())
+        return;
+    LMInvoiceTemplatePageClass *page = sorted.at(index);
+    page->deleteElements();
+    page->setInvoiceTemplate(nullptr);
+    page->setValueForKey(QVariant::fromValue(QList<ManagedObject *>()), TAKey::elements);
+    context->deleteObject(page);
+    const QList<LMInvoiceTemplatePageClass *> rest = getSortedPages();
+    for (qsizetype i = 0; i < rest.size(); ++i)
+        if (rest.at(i)->tag() != i)
+            rest.at(i)->setTag(i);
+    postPagesReload(this);
+}
+
+bool LMInvoiceTemplateClass::removePageWithTag(qint64 tag) {
+    ManagedObjectContext *context = managedObjectContext();
+    if (!context)
+        return false;
+    for (LMInvoiceTemplatePageClass *page : pages()) {
+        if (page->tag() != tag)
+            continue;
+        page->deleteElements();
+        context->deleteObject(page);
+        context->processPendingChanges();
+        postPagesReload(this);
+        return true;
+    }
+    return false;
+}
+
+bool LMInvoiceTemplateClass::containsPageWithTag(qint64 tag) const {
+    for (LMInvoiceTemplatePageClass *page : pages())
+        if (page->tag() == tag)
+            return true;
+    return false;
+}
+
+QImage LMInvoiceTemplateClass::coverImage() const {
+    const QList<LMInvoiceTemplatePageClass *> sorted = getSortedPages();
+    if (sorted.isEmpty())
+        return {};
+    return sorted.first()->flippedPreviewImage();
+}
+
+QString LMInvoiceTemplateClass::coverTitle() const {
+    const QString title = name();
+    if (!title.isEmpty())
+        return title;
+    return QCoreApplication::translate("LMInvoiceTemplateClass", "import_accunknown Untitled");
+}
+
+QImage LMInvoiceTemplateClass::bgImage() const {
+    return LMArchivedImage::unarchive(backgroundImage());
+}
+
+QColor LMInvoiceTemplateClass::bgColor() const {
+    return LMArchivedColor::unarchive(backgroundColor(), Qt::white);
+}
+
+QColor LMInvoiceTemplateClass::bgColor2() const {
+    return LMArchivedColor::unarchive(backgroundColor2(), Qt::white);
+}
+
+void LMInvoiceTemplateClass::setPaperSizeProvider(PaperSizeProvider provider) {
+    paperSizeProvider() = std::move(provider);
+}
+
+QSizeF LMInvoiceTemplateClass::defaultPaperSize(ManagedObjectContext *context) {
+    QSizeF paper;
+    if (paperSizeProvider())
+        paper = paperSizeProvider()(context);
+    else if (QLocale().measurementSystem() == QLocale::ImperialUSSystem)
+        paper = QSizeF(612, 792);
+    else
+        paper = QSizeF(595, 842);
+    if (paper.width() < 100 || paper.height() < 100)
+        paper = QSizeF(612, 792);
+    return paper;
+}
+
+QSizeF LMInvoiceTemplateClass::pageSize() {
+    const QString stored = size();
+    if (!stored.isEmpty())
+        return LMGeometry::sizeFromString(stored);
+    const QSizeF paper = defaultPaperSize(managedObjectContext());
+    setSize(LMGeometry::stringFromSize(paper));
+    return paper;
+}
+
+void LMInvoiceTemplateClass::addPosition(const QRectF &position, qint64 withTag) {
+    QString stored = positions();
+    const QString entry = LMGeometry::stringFromRect(position) + kTagSeparator;
+    if (stored.isEmpty())
+        stored = entry + QString::number(kSeedTag);
+    QStringList kept;
+    for (const QString &item : stored.split(kPositionSeparator)) {
+        const QStringList parts = item.split(kTagSeparator);
+        if (parts.size() != 2 || parts.at(1) == QString::number(withTag))
+            continue;
+        kept.append(item);
+    }
+    kept.append(entry + QString::number(withTag));
+    setPositions(kept.join(kPositionSeparator));
+}
+
+QRectF LMInvoiceTemplateClass::positionWithTag(qint64 tag) const {
+    const QString stored = positions();
+    if (stored.isEmpty())
+        return {};
+    for (const QString &item : stored.split(kPositionSeparator)) {
+        const QStringList parts = item.split(kTagSeparator);
+        if (parts.size() == 2 && parts.at(1) == QString::number(tag))
+            return LMGeometry::rectFromString(parts.at(0));
+    }
+    return {};
+}
+
+LMInvoiceTemplateClass *LMInvoiceTemplateClass::getCopy() const {
+    auto *copy = dynamic_cast<LMInvoiceTemplateClass *>(insertAttributeCopy());
+    if (!copy)
+        return nullptr;
+    for (LMInvoiceTemplatePageClass *page : getSortedPages())
+        if (LMInvoiceTemplatePageClass *pageCopy = page->getCopy())
+            pageCopy->setInvoiceTemplate(copy);
+    return copy;
+}
+
+QVariantMap LMInvoiceTemplateClass::getDescriptionDictionary() const {
+    QVariantMap out = attributeDictionary();
+    QVariantList children;
+    for (LMInvoiceTemplatePageClass *page : getSortedPages())
+        children.append(page->getDescriptionDict());
+    out.insert(TAKey::pages, children);
+    return out;
+}
+
+void LMInvoiceTemplateClass::initWithDescriptionDictionary(const QVariantMap &dictionary) {
+    ManagedObjectContext *context = managedObjectContext();
+    if (!context)
+        return;
+    setAttributesFromDictionary(dictionary);
+    for (const QVariant &child : dictionary.value(TAKey::pages).toList()) {
+        const QVariantMap pageDictionary = child.toMap();
+        const qint64 tag = pageDictionary.value(TAKey::tag).toLongLong();
+        LMInvoiceTemplatePageClass *page = insertPage(context);
+        for (LMInvoiceTemplatePageClass *existing : pages())
+            if (existing->tag() >= tag)
+                existing->setTag(existing->tag() + 1);
+        page->initWithDescriptionDictionary(pageDictionary);
+        page->setInvoiceTemplate(this);
+        page->setTag(tag);
+    }
 }

@@ -67,3 +67,33 @@ LMInvoiceElementClass *LMInvoiceTemplateColumnClass::rowElement() const {
 void LMInvoiceTemplateColumnClass::setRowElement(LMInvoiceElementClass *value) {
     setObjectForKey(value, TAKey::rowElement);
 }
+
+LMTextAttributes LMInvoiceTemplateColumnClass::getColumnAttributes() {
+    LMTextAttributes own = LMTextAttributes::unarchive(textAttributes());
+    if (textAttributes().isEmpty()) {
+        own = LMTextAttributes::withAlignment(LMTextAlignment::Left);
+        setTextAttributes(own.archive());
+    }
+    LMInvoiceElementClass *owner = element() ? element() : rowElement();
+    return owner ? own.mergedWith(owner->getAttributes()) : own;
+}
+
+void LMInvoiceTemplateColumnClass::setColumnAttributes(const LMTextAttributes &attributes) {
+    setTextAttributes(attributes.archive());
+}
+
+LMTextAttributes LMInvoiceTemplateColumnClass::getBoldColumnAttributes() {
+    return getColumnAttributes().withBoldFont();
+}
+
+LMInvoiceTemplateColumnClass *LMInvoiceTemplateColumnClass::getCopy() const {
+    return dynamic_cast<LMInvoiceTemplateColumnClass *>(insertAttributeCopy());
+}
+
+QVariantMap LMInvoiceTemplateColumnClass::getDescriptionDict() const {
+    return attributeDictionary();
+}
+
+void LMInvoiceTemplateColumnClass::initWithDescriptionDictionary(const QVariantMap &dictionary) {
+    setAttributesFromDictionary(dictionary);
+}

@@ -2,6 +2,8 @@
 
 #include "store/entities/LMManagedObject.h"
 
+#include "invoicelayout/values/LMTextAttributes.h"
+
 class LMInvoiceElementClass;
 
 // A column of a table element, or a row of a totals element (then owned through rowElement).
@@ -23,4 +25,14 @@ public:
     void setElement(LMInvoiceElementClass *value);
     LMInvoiceElementClass *rowElement() const;
     void setRowElement(LMInvoiceElementClass *value);
+
+    // The column's own attributes (a left paragraph when unset, stored then) with the owning
+    // element's attributes merged over them.
+    LMTextAttributes getColumnAttributes();
+    void setColumnAttributes(const LMTextAttributes &attributes);
+    LMTextAttributes getBoldColumnAttributes();
+
+    LMInvoiceTemplateColumnClass *getCopy() const;
+    QVariantMap getDescriptionDict() const;
+    void initWithDescriptionDictionary(const QVariantMap &dictionary);
 };

@@ -2,6 +2,8 @@
 
 #include "store/entities/TAKeys.h"
 #include "store/objectstore/EntityDescription.h"
+#include "store/objectstore/ManagedObjectContext.h"
+#include "store/objectstore/UndoManager.h"
 
 void LMManagedObject::awakeFromInsert() {
     ManagedObject::awakeFromInsert();
@@ -57,6 +59,44 @@ void LMManagedObject::copyRelationshipsFromManagedObject(const ManagedObject *so
                 setObjectForKey(copy, link.name);
         }
     }
+}
+
+QVariantMap LMManagedObject::attributeDictionary() const {
+    QVariantMap out;
+    if (!entity())
+        return out;
+    for (const AttributeDescription &attribute : entity()->attributes()) {
+        if (attribute.transient || isNullForKey(attribute.name))
+            continue;
+        out.insert(attribute.name, valueForKey(attribute.name));
+    }
+    return out;
+}
+
+void LMManagedObject::setAttributesFromDictionary(const QVariantMap &dictionary) {
+    if (!entity())
+        return;
+    for (const AttributeDescription &attribute : entity()->attributes()) {
+        const auto found = dictionary.constFind(attribute.name);
+        if (found != dictionary.constEnd())
+            setValueForKey(found.value(), attribute.name);
+    }
+}
+
+LMManagedObject *LMManagedObject::insertAttributeCopy() const {
+    ManagedObjectContext *context = managedObjectContext();
+    if (!context || !entity())
+        return nullptr;
+    auto *copy = dynamic_cast<LMManagedObject *>(context->insertNewObject(entity()->name()));
+    if (copy)
+        copy->copyFromManagedObject(this, QStringList());
+    return copy;
+}
+
+bool LMManagedObject::isUndoingOrRedoing() const {
+    ManagedObjectContext *context = managedObjectContext();
+    UndoManager *undo = context ? context->undoManager() : nullptr;
+    return undo && (undo->isUndoing() || undo->isRedoing());
 }
 
 QStringList LMManagedObject::syncKeys() const {

@@ -27,6 +27,16 @@ public:
     virtual void copyRelationshipsFromManagedObject(const ManagedObject *source,
                                                     const ReferenceTable &withReference);
 
+    // Every non-transient attribute that has a value, under its own name, as stored.
+    QVariantMap attributeDictionary() const;
+    // Copies each attribute of the entity that the dictionary names; the others keep their value.
+    void setAttributesFromDictionary(const QVariantMap &dictionary);
+    // A new object of the same entity in the same context, every non-transient attribute
+    // copied, null ones included. Null without a context.
+    LMManagedObject *insertAttributeCopy() const;
+    // True while the context's undo manager undoes or redoes.
+    bool isUndoingOrRedoing() const;
+
     virtual QStringList syncKeys() const;
     virtual void setSyncEnabled(bool enabled);
     bool syncEnabled() const { return m_syncEnabled; }
