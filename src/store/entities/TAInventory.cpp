@@ -1,8 +1,11 @@
 #include "store/entities/TAInventory.h"
 
+#include "store/TAContextDatabase.h"
 #include "store/entities/EntityValues.h"
 #include "store/entities/TAKeys.h"
+#include "store/entities/TAMaterial.h"
 #include "store/entities/TATax.h"
+#include "store/entities/TATimer.h"
 
 QString TAInventory::name() const {
     return stringForKey(TAKey::name);
@@ -70,4 +73,57 @@ void TAInventory::setSortIndex(qint64 value) {
 
 QStringList TAInventory::relationshipsToLink() const {
     return {TAKey::tax};
+}
+
+Decimal TAInventory::discountInCash() const {
+    if (isNullForKey(TAKey::price) || isNullForKey(TAKey::discount))
+        return Decimal();
+    return price() * discount();
+}
+
+Decimal TAInventory::priceWithDiscount() const {
+    const Decimal listPrice = price();
+    return (listPrice.isNaN() ? Decimal() : listPrice) - discountInCash();
+}
+
+Decimal TAInventory::taxValue() const {
+    if (const TATax *linked = tax())
+        return linked->value();
+    return customTax();
+}
+
+TAItem *TAInventory::createItem() const {
+    ManagedObjectContext *context = managedObjectContext();
+    TAItem *item = nullptr;
+    if (isMaterial()) {
+        TAMaterial *material = TAContextDatabase::createMaterialInContext(context);
+        if (material)
+            material->setQuantity(Decimal(1));
+        item = material;
+    } else {
+        TATimer *timer = TAContextDatabase::createTimerInContext(context);
+        if (timer)
+            timer->setSeconds(0);
+        item = timer;
+    }
+    if (!item)
+        return nullptr;
+    item->setName(name());
+    item->setPrice(price());
+    item->setDiscount(discount());
+    item->setSku(sku());
+    const TATax *linked = tax();
+    item->setTax(linked ? linked->value() : customTax());
+    item->setTaxName(linked ? linked->name() : QStringLiteral(""));
+    return item;
+}
+
+QVariant TAInventory::computedValueForKey(const QString &key) const {
+    if (key == QLatin1String("discountInCash"))
+        return discountInCash().toVariant();
+    if (key == QLatin1String("priceWithDiscount"))
+        return priceWithDiscount().toVariant();
+    if (key == QLatin1String("taxValue"))
+        return taxValue().toVariant();
+    return TAObject::computedValueForKey(key);
 }

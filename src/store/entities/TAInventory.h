@@ -4,6 +4,7 @@
 
 #include <QStringList>
 
+class TAItem;
 class TATax;
 
 // An entry of the catalogue from which items are made.
@@ -26,5 +27,16 @@ public:
     qint64 sortIndex() const;
     void setSortIndex(qint64 value);
 
+    // `price` times `discount`; 0 when either is missing.
+    virtual Decimal discountInCash() const;
+    virtual Decimal priceWithDiscount() const;
+    // The linked tax's rate, else the entry's own.
+    virtual Decimal taxValue() const;
+    // A new item of the entry's kind and values, attached to nothing yet.
+    virtual TAItem *createItem() const;
+
     QStringList relationshipsToLink() const override;
+
+protected:
+    QVariant computedValueForKey(const QString &key) const override;
 };

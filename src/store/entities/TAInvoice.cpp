@@ -1,15 +1,53 @@
 #include "store/entities/TAInvoice.h"
 
+#include "billing/dates/OTClock.h"
+#include "billing/dates/OTDate.h"
+#include "billing/money/TADecimalNumberBehavior.h"
+#include "store/TAContextDatabase.h"
 #include "store/entities/EntityValues.h"
 #include "store/entities/LMInvoiceTemplateClass.h"
 #include "store/entities/TAAccount.h"
 #include "store/entities/TAClient.h"
 #include "store/entities/TACodes.h"
+#include "store/entities/TACurrency.h"
+#include "store/entities/TACurrencyRate.h"
 #include "store/entities/TAHistory.h"
 #include "store/entities/TAItem.h"
 #include "store/entities/TAKeys.h"
 #include "store/entities/TAPayment.h"
+#include "store/entities/TAPreferences.h"
 #include "store/entities/TAProject.h"
+#include "store/objectstore/ManagedObjectContext.h"
+
+#include <algorithm>
+
+namespace {
+
+Decimal orZero(const Decimal &value) {
+    return value.isNaN() ? Decimal() : value;
+}
+
+Decimal positiveOrZero(const Decimal &value) {
+    return value.isNegative() ? Decimal() : value;
+}
+
+// A payment in the invoice's currency, by the rate it was recorded with (no rate: as it stands).
+Decimal paymentInInvoiceCurrency(const TAPayment *payment, const DecimalBehavior &behavior) {
+    const Decimal rate = payment->rate();
+    return DecimalMath::multiply(orZero(payment->amount()), rate.isNaN() ? Decimal(1) : rate,
+                                 behavior);
+}
+
+bool isLive(const ManagedObject *object) {
+    return object && object->managedObjectContext() && !object->isDeleted();
+}
+
+TAInvoice::CacheRequestHandler &cacheRequestHandler() {
+    static TAInvoice::CacheRequestHandler handler;
+    return handler;
+}
+
+} // namespace
 
 QString TAInvoice::identification() const {
     return stringForKey(TAKey::identification);
@@ -72,7 +110,7 @@ Decimal TAInvoice::discount() const {
 }
 
 void TAInvoice::setDiscount(const Decimal &value) {
-    EntityValues::setDecimal(this, TAKey::discount, value);
+    EntityValues::setDecimal(this, TAKey::discount, value.isNaN() ? Decimal() : value);
 }
 
 Decimal TAInvoice::taxes() const {
@@ -208,12 +246,303 @@ void TAInvoice::setStatusValue(int status) {
         setStatus(status);
 }
 
-bool TAInvoice::isOverdue() const {
-    return false;
+TACurrency *TAInvoice::currency() const {
+    if (TAClient *owner = client())
+        if (TACurrency *billed = owner->currencyRelationship())
+            return billed;
+    ManagedObjectContext *context = managedObjectContext();
+    return context ? TAContextDatabase::getDefaultCurrencyInContext(context) : nullptr;
+}
+
+TADecimalNumberBehavior TAInvoice::behavior() const {
+    const TACurrency *billed = currency();
+    return TADecimalNumberBehavior::behaviorWithCurrencyCode(billed ? billed->code() : QString());
+}
+
+bool TAInvoice::taxesEnabled() const {
+    const TAPreferences *preferences =
+        TAContextDatabase::getPreferencesInContext(managedObjectContext());
+    return preferences && preferences->taxesEnabled();
+}
+
+bool TAInvoice::taxesCombined() const {
+    const TAPreferences *preferences =
+        TAContextDatabase::getPreferencesInContext(managedObjectContext());
+    return preferences && preferences->taxesCombined();
+}
+
+QList<TAItem *> TAInvoice::itemsSortedBySortIndex() const {
+    QList<TAItem *> sorted = items();
+    std::stable_sort(sorted.begin(), sorted.end(), [](const TAItem *a, const TAItem *b) {
+        return a->sortIndex() < b->sortIndex();
+    });
+    return sorted;
+}
+
+qsizetype TAInvoice::numberOfItems() const {
+    return countForKey(TAKey::items);
+}
+
+// --- Cached totals: every step rounds to the currency, in the order written -------------
+
+void TAInvoice::cacheSubTotal() {
+    const TADecimalNumberBehavior b = behavior();
+    Decimal sum;
+    for (const TAItem *item : items())
+        if (isLive(item)) // an item deleted meanwhile is skipped
+            sum = DecimalMath::add(sum, orZero(item->total()), b);
+    setSubTotal(sum);
+}
+
+void TAInvoice::cacheItemTaxes() {
+    Decimal sum;
+    if (taxesEnabled()) {
+        const TADecimalNumberBehavior b = behavior();
+        for (const TAItem *item : items()) {
+            const Decimal rate = orZero(item->tax());
+            if (!isLive(item) || rate.sign() <= 0)
+                continue;
+            sum = DecimalMath::add(sum, DecimalMath::multiply(orZero(item->total()), rate, b), b);
+        }
+    }
+    setItemTaxes(sum);
+}
+
+void TAInvoice::cacheTotalDiscount() {
+    const TADecimalNumberBehavior b = behavior();
+    const Decimal S = orZero(subTotal());
+    const Decimal I = orZero(itemTaxes());
+    const Decimal r = orZero(taxes());
+    const Decimal d = orZero(discount());
+    Decimal base = DecimalMath::add(S, I, b);
+    if (calculationType() != 0 && !taxesEnabled())
+        base = S;
+    else if (calculationType() != 0 && taxesCombined())
+        base = DecimalMath::multiply(base, DecimalMath::add(r, Decimal(1), b), b);
+    else if (calculationType() != 0)
+        base = DecimalMath::add(base, DecimalMath::multiply(S, r, b), b);
+    setTotalDiscount(DecimalMath::multiply(base, d, b));
+}
+
+void TAInvoice::cacheTotalTax2() {
+    if (!taxesEnabled()) {
+        setTotalTax2(Decimal());
+        return;
+    }
+    const TADecimalNumberBehavior b = behavior();
+    const Decimal S = orZero(subTotal());
+    const Decimal r = orZero(taxes());
+    const Decimal base = taxesCombined() ? DecimalMath::add(S, orZero(itemTaxes()), b) : S;
+    if (calculationType() != 0)
+        setTotalTax2(DecimalMath::multiply(base, r, b));
+    else
+        setTotalTax2(
+            DecimalMath::multiply(DecimalMath::subtract(base, orZero(totalDiscount()), b), r, b));
+}
+
+void TAInvoice::cacheTotal() {
+    const TADecimalNumberBehavior b = behavior();
+    const Decimal x = DecimalMath::add(orZero(subTotal()), orZero(itemTaxes()), b);
+    const Decimal D = orZero(totalDiscount());
+    const Decimal T = orZero(totalTax2());
+    if (calculationType() != 0)
+        setTotal(DecimalMath::subtract(DecimalMath::add(x, T, b), D, b));
+    else
+        setTotal(DecimalMath::add(DecimalMath::subtract(x, D, b), T, b));
+}
+
+void TAInvoice::cacheTotalTaxes() {
+    setTotalTaxes(DecimalMath::add(orZero(itemTaxes()), orZero(totalTax2()), behavior()));
+}
+
+void TAInvoice::updateCachedValues() {
+    if (!managedObjectContext())
+        return;
+    cacheSubTotal();
+    cacheItemTaxes();
+    cacheTotalDiscount();
+    cacheTotalTax2();
+    cacheTotal();
+    cacheTotalTaxes();
+}
+
+TAInvoice::CacheRequestHandler TAInvoice::setCacheRequestHandler(CacheRequestHandler handler) {
+    return std::exchange(cacheRequestHandler(), std::move(handler));
+}
+
+void TAInvoice::requestCacheUpdate() {
+    if (const CacheRequestHandler &handler = cacheRequestHandler())
+        handler(this);
+    else
+        updateCachedValuesWithoutUndo();
+}
+
+void TAInvoice::updateCachedValuesWithoutUndo() {
+    ManagedObjectContext *context = managedObjectContext();
+    if (!context)
+        return;
+    TAContextDatabase::disableUndoRegistrationInContext(context);
+    updateCachedValues();
+    TAContextDatabase::enableUndoRegistrationInContext(context);
+}
+
+// --- Tax lines ----------------------------------------------------------------------------
+
+QList<QVariantMap> TAInvoice::differentTaxes() const {
+    QList<QVariantMap> groups;
+    if (!taxesEnabled())
+        return groups;
+    const TADecimalNumberBehavior b = behavior();
+    for (const TAItem *item : items()) {
+        const Decimal rate = orZero(item->tax());
+        const QString name = item->taxName().isNull() ? QStringLiteral("") : item->taxName();
+        const Decimal amount = DecimalMath::multiply(orZero(item->total()), rate, b);
+        auto group = std::find_if(groups.begin(), groups.end(), [&](const QVariantMap &g) {
+            return Decimal::fromVariant(g.value(QStringLiteral("tax"))) == rate &&
+                   g.value(QStringLiteral("taxName")).toString() == name;
+        });
+        if (group == groups.end())
+            group = groups.insert(groups.end(), QVariantMap{{"amount", Decimal().toVariant()}});
+        const Decimal sum = Decimal::fromVariant(group->value(QStringLiteral("amount")));
+        group->insert(QStringLiteral("amount"), DecimalMath::add(amount, sum, b).toVariant());
+        group->insert(QStringLiteral("tax"), rate.toVariant());
+        group->insert(QStringLiteral("taxName"), name);
+    }
+    std::stable_sort(groups.begin(), groups.end(), [](const QVariantMap &a, const QVariantMap &b) {
+        return Decimal::fromVariant(a.value(QStringLiteral("tax"))) >
+               Decimal::fromVariant(b.value(QStringLiteral("tax")));
+    });
+    return groups;
+}
+
+// --- Conversions ----------------------------------------------------------------------------
+
+Decimal TAInvoice::totalInCurrency(TACurrency *target) const {
+    ManagedObjectContext *context = managedObjectContext();
+    if (!context)
+        return Decimal();
+    TACurrency *own = currency();
+    const Decimal amount = orZero(total());
+    if (!target || target == own)
+        return amount;
+    const TACurrencyRate *rate =
+        TAContextDatabase::getCurrencyRateFromCurrency(own, target, context);
+    if (!rate || rate->oneFromInTo().isNaN())
+        return amount;
+    return DecimalMath::multiply(amount, rate->oneFromInTo(),
+                                 TADecimalNumberBehavior::behaviorWithCurrencyCode(target->code()));
+}
+
+Decimal TAInvoice::totalInDefaultCurrency() const {
+    ManagedObjectContext *context = managedObjectContext();
+    if (!context)
+        return Decimal();
+    return totalInCurrency(TAContextDatabase::getDefaultCurrencyInContext(context));
+}
+
+// --- Payments and what is left ------------------------------------------------------------
+
+Decimal TAInvoice::paid() const {
+    if (!managedObjectContext())
+        return Decimal();
+    const TADecimalNumberBehavior b = behavior();
+    Decimal sum;
+    for (const TAPayment *payment : payments())
+        sum = DecimalMath::add(sum, paymentInInvoiceCurrency(payment, b), b);
+    const Decimal owed = orZero(total());
+    // Marked paid by hand counts as paid in full; an overpayment stays visible.
+    if (status() == TACodes::InvoicePaid && owed.toDouble() > sum.toDouble())
+        return owed;
+    return sum;
+}
+
+Decimal TAInvoice::balance() const {
+    return DecimalMath::subtract(orZero(total()), paid(), behavior());
+}
+
+Decimal TAInvoice::unpaid() const {
+    if (status() == TACodes::InvoicePaid)
+        return Decimal();
+    return positiveOrZero(balance());
+}
+
+Decimal TAInvoice::overdue() const {
+    if (status() == TACodes::InvoicePaid || !isOverdue())
+        return Decimal();
+    return positiveOrZero(balance());
+}
+
+Decimal TAInvoice::overpaid() const {
+    return positiveOrZero(DecimalMath::subtract(paid(), orZero(total()), behavior()));
+}
+
+Decimal TAInvoice::left() const {
+    return unpaid();
 }
 
 bool TAInvoice::isPaid() const {
-    return false;
+    return status() == TACodes::InvoicePaid || paid().toDouble() >= orZero(total()).toDouble();
+}
+
+bool TAInvoice::isOverdue() const {
+    if (isPaid())
+        return false;
+    const QDateTime due = dueDate();
+    const QDateTime now = OTClock::now();
+    if (!due.isValid() || OTDate::secondsFromDate(now, due) >= 0)
+        return false;
+    // Overdue from the calendar day after the due date, not from the due moment.
+    return OTDate::daysFrom(due, now) != 0;
+}
+
+int TAInvoice::sortStatus() const {
+    return isOverdue() ? 0 : status();
+}
+
+// --- Change triggers --------------------------------------------------------------------------
+
+void TAInvoice::didChangeValueForKey(const QString &key) {
+    TAObject::didChangeValueForKey(key);
+    if (key == TAKey::discount || key == TAKey::taxes || key == TAKey::calculationType ||
+        key == TAKey::items) {
+        requestCacheUpdate();
+    } else if (key == TAKey::project) {
+        if (TAProject *work = project())
+            for (TAItem *item : items())
+                item->setProject(work);
+    }
+}
+
+QVariant TAInvoice::computedValueForKey(const QString &key) const {
+    static const QHash<QString, std::function<QVariant(const TAInvoice *)>> computed = {
+        {"statusValue", [](const TAInvoice *i) { return QVariant(i->statusValue()); }},
+        {"isPaid", [](const TAInvoice *i) { return QVariant(i->isPaid()); }},
+        {"isOverdue", [](const TAInvoice *i) { return QVariant(i->isOverdue()); }},
+        {"sortStatus", [](const TAInvoice *i) { return QVariant(i->sortStatus()); }},
+        {"numberOfItems", [](const TAInvoice *i) { return QVariant(i->numberOfItems()); }},
+        {"paid", [](const TAInvoice *i) { return i->paid().toVariant(); }},
+        {"unpaid", [](const TAInvoice *i) { return i->unpaid().toVariant(); }},
+        {"overdue", [](const TAInvoice *i) { return i->overdue().toVariant(); }},
+        {"overpaid", [](const TAInvoice *i) { return i->overpaid().toVariant(); }},
+        {"left", [](const TAInvoice *i) { return i->left().toVariant(); }},
+        {"balance", [](const TAInvoice *i) { return i->balance().toVariant(); }},
+        {"totalInDefaultCurrency",
+         [](const TAInvoice *i) { return i->totalInDefaultCurrency().toVariant(); }},
+        {"currency",
+         [](const TAInvoice *i) {
+             return QVariant::fromValue(static_cast<ManagedObject *>(i->currency()));
+         }},
+        {"differentTaxes",
+         [](const TAInvoice *i) {
+             QVariantList lines;
+             for (const QVariantMap &line : i->differentTaxes())
+                 lines.append(line);
+             return QVariant(lines);
+         }},
+    };
+    if (auto found = computed.find(key); found != computed.end())
+        return found.value()(this);
+    return TAObject::computedValueForKey(key);
 }
 
 QStringList TAInvoice::relationshipsToCopy() const {

@@ -3,10 +3,15 @@
 #include "store/entities/TAObject.h"
 
 #include <QStringList>
+#include <QVariantMap>
+
+#include <functional>
 
 class LMInvoiceTemplateClass;
 class TAAccount;
 class TAClient;
+class TACurrency;
+class TADecimalNumberBehavior;
 class TAHistory;
 class TAItem;
 class TAPayment;
@@ -31,7 +36,8 @@ public:
     QString notes() const;
     void setNotes(const QString &value);
     Decimal discount() const;
-    void setDiscount(const Decimal &value);
+    // A null discount is stored as 0.
+    virtual void setDiscount(const Decimal &value);
     Decimal taxes() const;
     void setTaxes(const Decimal &value);
     QString taxName() const;
@@ -68,10 +74,58 @@ public:
     virtual int statusValue() const;
     // Stores 1, 2 or 3 and ignores any other value.
     virtual void setStatusValue(int status);
-    // Computed by the billing rules, which override these.
-    virtual bool isOverdue() const;
+    // Paid in full by payments, or marked paid.
     virtual bool isPaid() const;
+    // Unpaid and due on an earlier calendar day than today.
+    virtual bool isOverdue() const;
+    // The client's currency, else the document's default.
+    virtual TACurrency *currency() const;
+    // Tax lines: {"amount", "tax", "taxName"} per rate and name, highest rate first.
+    virtual QList<QVariantMap> differentTaxes() const;
+    virtual QList<TAItem *> itemsSortedBySortIndex() const;
+    virtual qsizetype numberOfItems() const;
+
+    // `total` in another currency by the document's rate; unchanged without a rate.
+    virtual Decimal totalInCurrency(TACurrency *currency) const;
+    virtual Decimal totalInDefaultCurrency() const;
+    // Payments in the invoice's currency; a paid invoice counts as paid in full at least.
+    virtual Decimal paid() const;
+    virtual Decimal unpaid() const;
+    virtual Decimal overdue() const;
+    virtual Decimal overpaid() const;
+    virtual Decimal left() const;
+    // `total` less `paid`; negative when overpaid.
+    virtual Decimal balance() const;
+    // 0 for an overdue invoice, else `status`: overdue ones sort first.
+    virtual int sortStatus() const;
+
+    // Each step stores its result, and the later steps read the stored values.
+    virtual void cacheSubTotal();
+    virtual void cacheItemTaxes();
+    virtual void cacheTotalDiscount();
+    virtual void cacheTotalTax2();
+    virtual void cacheTotal();
+    virtual void cacheTotalTaxes();
+    virtual void updateCachedValues();
+
+    // The rounding of every sum of this invoice.
+    TADecimalNumberBehavior behavior() const;
+    // Whether the document charges taxes, and the second tax on top of the item taxes.
+    bool taxesEnabled() const;
+    bool taxesCombined() const;
+
+    // Asks for a refresh of the cached totals. Without a handler the refresh runs at once.
+    using CacheRequestHandler = std::function<void(TAInvoice *)>;
+    static CacheRequestHandler setCacheRequestHandler(CacheRequestHandler handler);
+    void requestCacheUpdate();
+    // The refresh itself, outside undo: cached totals are no user change.
+    void updateCachedValuesWithoutUndo();
+
+    void didChangeValueForKey(const QString &key) override;
 
     QStringList relationshipsToCopy() const override;
     QStringList relationshipsToLink() const override;
+
+protected:
+    QVariant computedValueForKey(const QString &key) const override;
 };

@@ -1,9 +1,16 @@
 #include "store/entities/TAItem.h"
 
+#include "billing/dates/OTClock.h"
+#include "store/TAContextDatabase.h"
 #include "store/entities/EntityValues.h"
+#include "store/entities/TAClient.h"
+#include "store/entities/TACurrency.h"
+#include "store/entities/TAInventory.h"
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAKeys.h"
 #include "store/entities/TAProject.h"
+#include "store/objectstore/EntityDescription.h"
+#include "store/objectstore/ManagedObjectContext.h"
 
 QString TAItem::name() const {
     return stringForKey(TAKey::name);
@@ -99,4 +106,128 @@ TAProject *TAItem::project() const {
 
 void TAItem::setProject(TAProject *value) {
     setObjectForKey(value, TAKey::project);
+}
+
+Decimal TAItem::amountForKey(const QString &key) const {
+    const Decimal value = decimalForKey(key);
+    return value.isNaN() ? Decimal() : value;
+}
+
+Decimal TAItem::discountInCash() const {
+    if (isNullForKey(TAKey::discount))
+        return Decimal();
+    return amountForKey(TAKey::price) * amountForKey(TAKey::discount);
+}
+
+Decimal TAItem::priceWithDiscount() const {
+    return amountForKey(TAKey::price) - discountInCash();
+}
+
+Decimal TAItem::total() const {
+    return Decimal();
+}
+
+Decimal TAItem::totalQuantity() const {
+    return Decimal();
+}
+
+int TAItem::compareTaxes(const TAItem *other) const {
+    if (!other)
+        return -1;
+    if (isNullForKey(TAKey::tax) != other->isNullForKey(TAKey::tax) || tax() != other->tax())
+        return -1;
+    return taxName() == other->taxName() ? 0 : -1; // a null name reads as the empty one
+}
+
+TACurrency *TAItem::currency() const {
+    ManagedObjectContext *context = managedObjectContext();
+    TAInvoice *owner = invoice();
+    if (owner && owner->managedObjectContext()) {
+        TAClient *client = owner->client();
+        if (client && client->managedObjectContext() && client->currencyRelationship())
+            return client->currencyRelationship();
+    } else if (TAProject *work = project(); work && work->managedObjectContext()) {
+        // The project is billed in its client's currency, else the default one.
+        TAClient *client = work->client();
+        if (client && client->managedObjectContext())
+            return client->currencyRelationship();
+        return TAContextDatabase::getDefaultCurrencyInContext(work->managedObjectContext());
+    }
+    return context ? TAContextDatabase::getDefaultCurrencyInContext(context) : nullptr;
+}
+
+TAInventory *TAItem::copyAsInventory() const {
+    TAInventory *entry = TAContextDatabase::createInventoryInContext(managedObjectContext());
+    if (!entry)
+        return nullptr;
+    entry->setName(name());
+    entry->setPrice(price());
+    entry->setDiscount(discount());
+    entry->setSku(sku());
+    entry->setCustomTax(tax());
+    entry->setIsMaterial(entity() && entity()->name() == TAEntity::Material);
+    return entry;
+}
+
+TAItem *TAItem::copyAsTimer() {
+    return nullptr;
+}
+
+TAItem *TAItem::copyAsMaterial() {
+    return nullptr;
+}
+
+TAItem *TAItem::copyAsKind(const QString &entityName) const {
+    ManagedObjectContext *context = managedObjectContext();
+    if (!context)
+        return nullptr;
+    auto *copy = context->insertNewObjectAs<TAItem>(entityName);
+    if (!copy)
+        return nullptr;
+    copy->copyAttributesFromObject(this);
+    copy->setInvoice(invoice());
+    copy->setProject(project());
+    return copy;
+}
+
+void TAItem::awakeFromInsert() {
+    TAObject::awakeFromInsert();
+    setAdded(OTClock::now());
+}
+
+void TAItem::awakeFromSnapshotEvents(SnapshotEvent event) {
+    TAObject::awakeFromSnapshotEvents(event);
+    // Undo can bring back a state from before `added` was set; repair it quietly.
+    if (!primitiveValueForKey(TAKey::added).isValid())
+        setPrimitiveValueForKey(OTClock::now(), TAKey::added);
+}
+
+bool TAItem::changesTotal(const QString &key) const {
+    return key == TAKey::price || key == TAKey::tax;
+}
+
+void TAItem::didChangeValueForKey(const QString &key) {
+    TAObject::didChangeValueForKey(key);
+    if (changesTotal(key))
+        if (TAInvoice *owner = invoice())
+            owner->requestCacheUpdate();
+    if (key != TAKey::updateDate)
+        setUpdateDate(OTClock::now());
+    if (key == TAKey::invoice)
+        if (TAInvoice *owner = invoice(); owner && owner->project())
+            setProject(owner->project());
+}
+
+QVariant TAItem::computedValueForKey(const QString &key) const {
+    if (key == QLatin1String("total"))
+        return total().toVariant();
+    if (key == QLatin1String("totalQuantity"))
+        return totalQuantity().toVariant();
+    if (key == QLatin1String("discountInCash"))
+        return discountInCash().toVariant();
+    if (key == QLatin1String("priceWithDiscount"))
+        return priceWithDiscount().toVariant();
+    if (key == QLatin1String("currency"))
+        return QVariant::fromValue(static_cast<ManagedObject *>(currency()));
+    return TAObject::computedValueForKey(key);
 }

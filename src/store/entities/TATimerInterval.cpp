@@ -1,5 +1,8 @@
 #include "store/entities/TATimerInterval.h"
 
+#include "billing/dates/OTClock.h"
+#include "billing/dates/OTDate.h"
+#include "billing/money/DecimalConstants.h"
 #include "store/entities/EntityValues.h"
 #include "store/entities/TAKeys.h"
 #include "store/entities/TATimer.h"
@@ -26,4 +29,30 @@ TATimer *TATimerInterval::timerRelationship() const {
 
 void TATimerInterval::setTimerRelationship(TATimer *value) {
     setObjectForKey(value, TAKey::timer);
+}
+
+qint64 TATimerInterval::time() const {
+    const QDateTime from = start();
+    if (!from.isValid())
+        return 0;
+    const QDateTime to = end();
+    return OTDate::secondsFromDate(from, to.isValid() ? to : OTClock::now());
+}
+
+Decimal TATimerInterval::total() const {
+    const TATimer *timer = timerRelationship();
+    if (!timer)
+        return Decimal();
+    const Decimal price = timer->price();
+    if (price.isNaN())
+        return Decimal();
+    return price * Decimal(static_cast<long long>(time())) / DecimalConstants::hour();
+}
+
+QVariant TATimerInterval::computedValueForKey(const QString &key) const {
+    if (key == QLatin1String("time"))
+        return time();
+    if (key == QLatin1String("total"))
+        return total().toVariant();
+    return TAObject::computedValueForKey(key);
 }

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "billing/money/Decimal.h"
+
+#include <QString>
+
+class TAInventory;
+class TAItem;
+class TATax;
+
+// The fields of an item row as the user left them, in the text they were typed in.
+struct TAItemRowInput {
+    QString sku;
+    QString name;
+    QString discount; // percent
+    QString price;
+    QString tax; // percent
+    QString quantity;
+    TATax *namedTax = nullptr; // the named tax chosen in the row, if any
+};
+
+// What the row editors of invoices, projects and the catalogue store when a row is saved,
+// and the change of an item's kind. No widgets: the editing views call these.
+class TAItemRowEditing {
+public:
+    enum class Row { Invoice, Project };
+
+    // Stores the fields into the item. An invoice row rounds the price to the invoice's
+    // currency; project rows keep it as typed.
+    static void saveItemRow(TAItem *item, const TAItemRowInput &input, Row row);
+    // A catalogue row: its tax is either the chosen named tax or a rate of its own.
+    static void saveInventoryRow(TAInventory *entry, const TAItemRowInput &input);
+
+    // The typed percentage as a fraction, never above 1.
+    static Decimal discountFromField(const QString &text);
+    // The typed percentage as a fraction; anything unreadable is 0.
+    static Decimal taxFromField(const QString &text);
+
+    // An invoice row changes kind: the copy replaces the item, which is deleted.
+    static TAItem *changeInvoiceItemKind(TAItem *item);
+    // A project row changes kind field by field, one quantity unit standing for a minute,
+    // in the undo group "Update Project Item".
+    static TAItem *changeProjectItemKind(TAItem *item);
+
+private:
+    TAItemRowEditing() = delete;
+};
