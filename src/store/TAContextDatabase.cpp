@@ -1,6 +1,7 @@
 #include "store/TAContextDatabase.h"
 
 #include "billing/dates/OTClock.h"
+#include "billing/money/TADecimalNumberBehavior.h"
 #include "store/TAApplicationHooks.h"
 #include "store/TADatabase.h"
 #include "store/TADocumentHooks.h"
@@ -535,6 +536,16 @@ TACurrency *TAContextDatabase::getCurrencyWithCode(const QString &code,
         if (currency->code() == code)
             return currency;
     return nullptr;
+}
+
+Decimal TAContextDatabase::getDecimalNumber(const Decimal &number, TACurrency *fromCurrency,
+                                            TACurrency *toCurrency, ManagedObjectContext *context) {
+    TACurrencyRate *rate = getCurrencyRateFromCurrency(fromCurrency, toCurrency, context);
+    if (!rate)
+        return number;
+    return DecimalMath::multiply(
+        number, rate->oneFromInTo(),
+        TADecimalNumberBehavior::behaviorWithCurrencyCode(toCurrency->code()));
 }
 
 TATax *TAContextDatabase::getTaxWithName(const QString &name, const Decimal &value,

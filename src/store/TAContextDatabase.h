@@ -142,6 +142,9 @@ public:
                                                        TACurrency *toCurrency,
                                                        ManagedObjectContext *context);
     static TACurrency *getCurrencyWithCode(const QString &code, ManagedObjectContext *context);
+    // As the document's form, except that with no rate row the number comes back unrounded.
+    static Decimal getDecimalNumber(const Decimal &number, TACurrency *fromCurrency,
+                                    TACurrency *toCurrency, ManagedObjectContext *context);
     // A null value (not-a-number) finds nothing; a null name matches the empty one.
     static TATax *getTaxWithName(const QString &name, const Decimal &value,
                                  ManagedObjectContext *context);

@@ -1,8 +1,10 @@
 #include "store/TADatabase.h"
 
+#include "billing/money/TADecimalNumberBehavior.h"
 #include "store/TACopyDictionary.h"
 #include "store/TADocumentHooks.h"
 #include "store/entities/TACurrency.h"
+#include "store/entities/TACurrencyRate.h"
 #include "store/entities/TAInventory.h"
 #include "store/entities/TAItem.h"
 #include "store/entities/TAKeys.h"
@@ -274,6 +276,14 @@ TACurrencyRate *TADatabase::getCurrencyRateFromCurrency(TACurrency *fromCurrency
 }
 TACurrency *TADatabase::getCurrencyWithCode(const QString &code) const {
     return CDB::getCurrencyWithCode(code, ctx());
+}
+Decimal TADatabase::getDecimalNumber(const Decimal &number, TACurrency *fromCurrency,
+                                     TACurrency *toCurrency) {
+    const TADecimalNumberBehavior behavior = TADecimalNumberBehavior::behaviorWithCurrencyCode(
+        toCurrency ? toCurrency->code() : QString());
+    if (TACurrencyRate *rate = getCurrencyRateFromCurrency(fromCurrency, toCurrency))
+        return DecimalMath::multiply(number, rate->oneFromInTo(), behavior);
+    return DecimalMath::round(number, behavior);
 }
 TATax *TADatabase::getTaxWithName(const QString &name, const Decimal &value) const {
     return CDB::getTaxWithName(name, value, ctx());

@@ -93,6 +93,10 @@ public:
     TACurrency *getDefaultCurrency();
     TACurrencyRate *getCurrencyRateFromCurrency(TACurrency *fromCurrency, TACurrency *toCurrency);
     TACurrency *getCurrencyWithCode(const QString &code) const;
+    // The number times the rate row's oneFromInTo (the row made on first use), rounded for the
+    // target currency; with no row (same currency, or either null) the number rounded alone.
+    Decimal getDecimalNumber(const Decimal &number, TACurrency *fromCurrency,
+                             TACurrency *toCurrency);
     TATax *getTaxWithName(const QString &name, const Decimal &value) const;
 
     TAProject *createProject();

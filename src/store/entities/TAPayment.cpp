@@ -1,6 +1,8 @@
 #include "store/entities/TAPayment.h"
 
+#include "store/TAContextDatabase.h"
 #include "store/entities/EntityValues.h"
+#include "store/entities/TACurrency.h"
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAKeys.h"
 
@@ -42,4 +44,15 @@ TAInvoice *TAPayment::invoiceRelationship() const {
 
 void TAPayment::setInvoiceRelationship(TAInvoice *value) {
     setObjectForKey(value, TAKey::invoice);
+}
+
+TACurrency *TAPayment::currency() const {
+    ManagedObjectContext *context = managedObjectContext();
+    return context ? TAContextDatabase::getCurrencyWithCode(currencyCode(), context) : nullptr;
+}
+
+QVariant TAPayment::computedValueForKey(const QString &key) const {
+    if (key == QLatin1String("currency"))
+        return QVariant::fromValue<ManagedObject *>(currency());
+    return TAObject::computedValueForKey(key);
 }

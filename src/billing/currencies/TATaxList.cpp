@@ -1,0 +1,57 @@
+#include "billing/currencies/TATaxList.h"
+
+#include "billing/money/DecimalConstants.h"
+#include "billing/money/OTConvert.h"
+#include "store/TADatabase.h"
+#include "store/entities/TATax.h"
+#include "store/objectstore/ManagedObjectContext.h"
+
+const QString TATaxList::kTaxesChangedNotification = QStringLiteral("TaxesChangedNotification");
+
+namespace {
+Decimal fractionFromPercentText(const QString &text) {
+    const Decimal percent =
+        OTConvert::decimalNumberFromString(OTConvert::decimalStringFromString(text));
+    return percent / DecimalConstants::hundred();
+}
+} // namespace
+
+TATaxList::TATaxList(TADatabase *database, Poster poster)
+    : m_database(database)
+    , m_poster(std::move(poster)) {}
+
+void TATaxList::post() {
+    if (m_poster)
+        m_poster(kTaxesChangedNotification, m_database->document());
+}
+
+TATax *TATaxList::addTax(const QString &name, const QString &percentText) {
+    TATax *tax = m_database->createTax();
+    if (!tax)
+        return nullptr;
+    tax->setName(name);
+    tax->setValue(fractionFromPercentText(percentText));
+    post();
+    return tax;
+}
+
+void TATaxList::setTaxName(TATax *tax, const QString &name) {
+    if (!tax)
+        return;
+    tax->setName(name);
+    post();
+}
+
+void TATaxList::setTaxPercent(TATax *tax, const QString &percentText) {
+    if (!tax)
+        return;
+    tax->setValue(fractionFromPercentText(percentText));
+    post();
+}
+
+void TATaxList::removeTax(TATax *tax) {
+    if (!tax)
+        return;
+    m_database->deleteObject(tax);
+    post();
+}

@@ -1,0 +1,120 @@
+#include "PaymentsFixture.h"
+
+#include "store/entities/TAProject.h"
+#include "store/entities/TARecurringInvoice.h"
+#include "store/entities/TATimer.h"
+
+TEST_F(PaymentsFixture, ClientNamesFollowCompanyOrPersonWithFallbacks) {
+    struct Case {
+        bool company;
+        const char *companyName;
+        const char *fullName;
+        const char *display;
+        const char *secondary;
+        const char *shortName;
+    };
+    const Case cases[] = {
+        {true, "Acme", "John Smith", "Acme", "John Smith", "Acme"},
+        {true, "", "John Smith", "John Smith", "", "John Smith"},
+        {false, "Acme", "John Smith", "John Smith", "Acme", "J. Smith"},
+        {false, "Acme", "", "Acme", "", "Acme"},
+        {false, "", "Al Smith", "Al Smith", "", "Al Smith"},
+        {false, "", "John Li", "John Li", "", "John Li"},
+        {false, "", "", "", "", ""},
+    };
+    for (const Case &c : cases) {
+        TAClient *client = db.createClient();
+        client->setIsCompanyValue(c.company);
+        client->setCompanyValue(QString::fromLatin1(c.companyName));
+        client->setFullNameValue(QString::fromLatin1(c.fullName));
+        EXPECT_EQ(client->displayName(), QString::fromLatin1(c.display)) << c.fullName;
+        EXPECT_FALSE(client->displayName().isNull());
+        EXPECT_EQ(client->secondaryName(), QString::fromLatin1(c.secondary)) << c.fullName;
+        EXPECT_EQ(client->shortDisplayName(), QString::fromLatin1(c.shortName)) << c.fullName;
+        EXPECT_EQ(client->valueForKeyPath(QStringLiteral("displayName")).toString(),
+                  QString::fromLatin1(c.display));
+    }
+    // The data layer's sort by display name reaches the computed key.
+    const QList<TAClient *> sorted = db.getClientsSortedByDisplayName();
+    ASSERT_EQ(sorted.size(), 7);
+    EXPECT_EQ(sorted.last()->displayName(), QStringLiteral("John Smith"));
+    EXPECT_LT(sorted.at(1)->compare(sorted.last()), 0);
+}
+
+TEST_F(PaymentsFixture, ClientSumsCountEachInvoiceOnceAndSkipDirectRecurringOnes) {
+    TAClient *owner = client(eur);
+    TAProject *project = db.createProject();
+    project->setClient(owner);
+    TAInvoice *direct = invoice(owner, "100");
+    TAInvoice *both = invoice(owner, "10");
+    both->setProject(project);
+    pay(both, "4", eur, "1");
+    TARecurringInvoice *pattern = db.createRecurringInvoice();
+    pattern->setClient(owner);
+    pattern->setTotal(dec("1000"));
+    TARecurringInvoice *onProject = db.createRecurringInvoice();
+    onProject->setProject(project);
+    onProject->setTotal(dec("7"));
+
+    EXPECT_EQ(owner->allInvoices().size(), 3);
+    EXPECT_EQ(owner->invoiced(), dec("117"));
+    EXPECT_EQ(owner->paid(), dec("4"));
+    EXPECT_EQ(owner->unpaid(), dec("113"));
+    EXPECT_EQ(owner->valueForKey(QStringLiteral("invoiced")).value<Decimal>(), dec("117"));
+    EXPECT_TRUE(owner->isLinkedWithInvoice());
+
+    const QDateTime day(QDate(2024, 5, 1), QTime(9, 0), Qt::UTC);
+    direct->setDate(day);
+    both->setDate(day.addDays(40));
+    onProject->setDate(day.addDays(-40));
+    EXPECT_EQ(owner->invoicedFromDate(day.addDays(-1), day.addDays(1)), dec("100"));
+    EXPECT_EQ(owner->invoicesFromDate(day, day.addDays(40)).size(), 2);
+
+    TAClient *onlyRecurring = client(eur);
+    db.createRecurringInvoice()->setClient(onlyRecurring);
+    EXPECT_FALSE(onlyRecurring->isLinkedWithInvoice());
+}
+
+TEST_F(PaymentsFixture, ClientBalanceRoundsEachAdditionPlainlyBeforeTheFinalBankersStep) {
+    // An invoice of a three-digit currency reaches this client through its project.
+    TAClient *owner = client(eur);
+    TAProject *project = db.createProject();
+    project->setClient(owner);
+    TAInvoice *foreign = invoice(client(bhd), "0.125", 1);
+    foreign->setProject(project);
+    EXPECT_EQ(foreign->balance(), dec("0.125"));
+    EXPECT_EQ(owner->balance(), dec("0.13"));
+    invoice(owner, "0.01", 1);
+    EXPECT_EQ(owner->balance(), dec("0.14"));
+    // With no currency of its own the client sums in the default one.
+    TAClient *plain = db.createClient();
+    invoice(plain, "2.5", 1);
+    EXPECT_EQ(plain->currencyRelationship(), eur);
+    EXPECT_EQ(plain->balance(), dec("2.5"));
+}
+
+TEST_F(PaymentsFixture, ProjectTimeCountsAllTimersAndItsListsOnlyUnbilledOnes) {
+    TAProject *project = db.createProject();
+    project->setClient(client(eur));
+    TATimer *billed = db.createTimer();
+    billed->setPrice(dec("100"));
+    billed->setSeconds(1800);
+    billed->setProject(project);
+    billed->setInvoice(invoice(project->client(), "50"));
+    TATimer *open = db.createTimer();
+    open->setPrice(dec("10"));
+    open->setSeconds(3600);
+    open->setProject(project);
+
+    EXPECT_EQ(project->projectTime(), 5400);
+    EXPECT_EQ(project->notInvoicedItems(), (QList<TAItem *>{open}));
+    EXPECT_EQ(project->activeProjectTimers(), (QList<TATimer *>{open}));
+    EXPECT_TRUE(project->hasActiveTimers());
+    EXPECT_EQ(project->projectPrice(), dec("60"));
+    setRate(eur, usd, "1.105");
+    EXPECT_EQ(project->projectPriceInCurrency(usd), dec("66.3"));
+    EXPECT_EQ(project->projectPriceInCurrency(eur), dec("60"));
+    EXPECT_EQ(project->projectPriceInDefault(), dec("60"));
+    EXPECT_EQ(project->client()->uninvoiced(), dec("10"));
+    EXPECT_EQ(project->stringValue(), QStringLiteral("(No Name)"));
+}

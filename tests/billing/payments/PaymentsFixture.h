@@ -1,0 +1,85 @@
+#pragma once
+
+#include "store/TADatabase.h"
+#include "store/TADocModel.h"
+#include "store/TADocumentHooks.h"
+#include "store/entities/TAClient.h"
+#include "store/entities/TACurrency.h"
+#include "store/entities/TACurrencyRate.h"
+#include "store/entities/TAInvoice.h"
+#include "store/entities/TAKeys.h"
+#include "store/entities/TAPayment.h"
+#include "store/objectstore/ManagedObjectContext.h"
+#include "store/objectstore/PersistentStore.h"
+#include "store/objectstore/UndoManager.h"
+
+#include <QTemporaryDir>
+#include <QTimeZone>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+struct CountingDocument : TADocumentHooks {
+    int refreshes = 0;
+    void refreshGroups() override { ++refreshes; }
+};
+
+// One document with EUR as its default currency, plus USD and BHD.
+class PaymentsFixture : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(dir.isValid());
+        auto store =
+            PersistentStore::create(dir.filePath(QStringLiteral("p.tadb")), TADocModel::model());
+        ASSERT_TRUE(store.ok());
+        context = std::make_unique<ManagedObjectContext>(store.value());
+        db.setDocument(&document);
+        db.setContext(context.get());
+        eur = currency("EUR", "Euro");
+        eur->setIsDefault(true);
+        usd = currency("USD", "US Dollar");
+        bhd = currency("BHD", "Bahraini Dinar");
+    }
+
+    TACurrency *currency(const char *code, const char *title) {
+        TACurrency *c = db.createCurrency();
+        c->setCode(QString::fromLatin1(code));
+        c->setTitle(QString::fromLatin1(title));
+        return c;
+    }
+    void setRate(TACurrency *from, TACurrency *to, const char *rate) {
+        db.getCurrencyRateFromCurrency(from, to)->setOneFromInTo(
+            Decimal::fromString(QString::fromLatin1(rate)));
+    }
+    TAClient *client(TACurrency *in) {
+        TAClient *c = db.createClient();
+        c->setCurrencyRelationship(in);
+        return c;
+    }
+    // An invoice whose cached total is set as it stands.
+    TAInvoice *invoice(TAClient *owner, const char *total, int status = 2) {
+        TAInvoice *i = db.createInvoice();
+        i->setClient(owner);
+        i->setStatus(status);
+        i->setTotal(Decimal::fromString(QString::fromLatin1(total)));
+        return i;
+    }
+    TAPayment *pay(TAInvoice *to, const char *amount, TACurrency *in, const char *rate) {
+        TAPayment *p = db.createPayment();
+        p->setAmount(Decimal::fromString(QString::fromLatin1(amount)));
+        p->setCurrencyCode(in->code());
+        p->setRate(Decimal::fromString(QString::fromLatin1(rate)));
+        p->setInvoiceRelationship(to);
+        return p;
+    }
+    static Decimal dec(const char *text) { return Decimal::fromString(QString::fromLatin1(text)); }
+
+    QTemporaryDir dir;
+    std::unique_ptr<ManagedObjectContext> context;
+    CountingDocument document;
+    TADatabase db;
+    TACurrency *eur = nullptr;
+    TACurrency *usd = nullptr;
+    TACurrency *bhd = nullptr;
+};
