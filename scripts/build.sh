@@ -4,8 +4,9 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=$1
 shift
-cmake -S "$root" -B "$build" -G Ninja "$@" >"$build.configure.log" 2>&1 || {
-    cat "$build.configure.log"
+mkdir -p "$build"
+cmake -S "$root" -B "$build" -G Ninja "$@" >"$build/configure.log" 2>&1 || {
+    cat "$build/configure.log"
     exit 1
 }
 cmake --build "$build" -j"$(nproc)"
