@@ -1,21 +1,22 @@
 #!/usr/bin/env python3
 """Writes wave.xpm, the background picture of the "Wave" design: a white page with layered
 teal waves along the top and the bottom edge. The picture is stretched to the page, so it
-keeps the A4 proportions (150 by 212 pixels). Run it again after changing the shapes:
+keeps the A4 proportions (298 by 421 pixels, about two points each). Run it again after changing the shapes:
     python3 make-wave-image.py > wave.xpm
 """
 import math
 
-WIDTH, HEIGHT = 150, 212
+WIDTH, HEIGHT = 298, 421
+SCALE = HEIGHT / 212  # the shapes below are drawn on a 212-pixel-high grid
 COLOURS = {".": "#FFFFFF", "p": "#D4EEF0", "m": "#5FB8C2", "t": "#0E7C86"}
 
 
 def top_edge(x, shift, phase):
-    return 31 + shift + 3.5 * math.sin(2 * math.pi * x / WIDTH * 1.5 + phase)
+    return SCALE * (27 + shift + 3.5 * math.sin(2 * math.pi * x / WIDTH * 1.5 + phase))
 
 
 def bottom_edge(x, shift, phase):
-    return 187 + shift + 3 * math.sin(2 * math.pi * x / WIDTH * 1.2 + phase)
+    return SCALE * (187 + shift + 3 * math.sin(2 * math.pi * x / WIDTH * 1.2 + phase))
 
 
 def pixel(x, y):
