@@ -254,18 +254,30 @@ TACurrency *TAInvoice::currency() const {
     return context ? TAContextDatabase::getDefaultCurrencyInContext(context) : nullptr;
 }
 
+struct TAInvoice::TotalsRules {
+    TADecimalNumberBehavior behavior;
+    bool taxesEnabled = false;
+    bool taxesCombined = false;
+};
+
 TADecimalNumberBehavior TAInvoice::behavior() const {
+    if (m_rules)
+        return m_rules->behavior;
     const TACurrency *billed = currency();
     return TADecimalNumberBehavior::behaviorWithCurrencyCode(billed ? billed->code() : QString());
 }
 
 bool TAInvoice::taxesEnabled() const {
+    if (m_rules)
+        return m_rules->taxesEnabled;
     const TAPreferences *preferences =
         TAContextDatabase::getPreferencesInContext(managedObjectContext());
     return preferences && preferences->taxesEnabled();
 }
 
 bool TAInvoice::taxesCombined() const {
+    if (m_rules)
+        return m_rules->taxesCombined;
     const TAPreferences *preferences =
         TAContextDatabase::getPreferencesInContext(managedObjectContext());
     return preferences && preferences->taxesCombined();
@@ -358,12 +370,15 @@ void TAInvoice::cacheTotalTaxes() {
 void TAInvoice::updateCachedValues() {
     if (!managedObjectContext())
         return;
+    const TotalsRules rules{behavior(), taxesEnabled(), taxesCombined()};
+    m_rules = &rules;
     cacheSubTotal();
     cacheItemTaxes();
     cacheTotalDiscount();
     cacheTotalTax2();
     cacheTotal();
     cacheTotalTaxes();
+    m_rules = nullptr;
 }
 
 TAInvoice::CacheRequestHandler TAInvoice::setCacheRequestHandler(CacheRequestHandler handler) {

@@ -128,4 +128,9 @@ public:
 
 protected:
     QVariant computedValueForKey(const QString &key) const override;
+
+private:
+    // The currency behaviour and tax switches, read once for a whole refresh.
+    struct TotalsRules;
+    const TotalsRules *m_rules = nullptr;
 };
