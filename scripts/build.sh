@@ -4,6 +4,8 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=$1
 shift
+# Paths relative to the checkout let ccache reuse objects between clones and build folders.
+export CCACHE_BASEDIR="${CCACHE_BASEDIR:-$root}" CCACHE_NOHASHDIR=1
 mkdir -p "$build"
 cmake -S "$root" -B "$build" -G Ninja "$@" >"$build/configure.log" 2>&1 || {
     cat "$build/configure.log"
