@@ -18,6 +18,7 @@
 #include "store/entities/TAPreferences.h"
 #include "store/entities/TAProject.h"
 #include "store/objectstore/ManagedObjectContext.h"
+#include "store/objectstore/SortDescriptor.h"
 
 #include <algorithm>
 
@@ -288,6 +289,13 @@ QList<TAItem *> TAInvoice::itemsSortedBySortIndex() const {
     std::stable_sort(sorted.begin(), sorted.end(), [](const TAItem *a, const TAItem *b) {
         return a->sortIndex() < b->sortIndex();
     });
+    return sorted;
+}
+
+QList<TAItem *> TAInvoice::sortedItemRelationships(const QList<SortDescriptor> &header) const {
+    QList<TAItem *> sorted = items();
+    if (!header.isEmpty())
+        SortDescriptor::sort(sorted, header);
     return sorted;
 }
 

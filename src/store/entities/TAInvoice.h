@@ -8,6 +8,7 @@
 #include <functional>
 
 class LMInvoiceTemplateClass;
+class SortDescriptor;
 class TAAccount;
 class TAClient;
 class TACurrency;
@@ -83,6 +84,9 @@ public:
     // Tax lines: {"amount", "tax", "taxName"} per rate and name, highest rate first.
     virtual QList<QVariantMap> differentTaxes() const;
     virtual QList<TAItem *> itemsSortedBySortIndex() const;
+    // `items` in the order of the invoice editor's table header, as it hands it over; unsorted
+    // when the header has none.
+    virtual QList<TAItem *> sortedItemRelationships(const QList<SortDescriptor> &header) const;
     virtual qsizetype numberOfItems() const;
 
     // `total` in another currency by the document's rate; unchanged without a rate.

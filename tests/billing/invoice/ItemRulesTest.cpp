@@ -6,6 +6,7 @@
 #include "store/entities/TAInventory.h"
 #include "store/entities/TATax.h"
 #include "store/entities/TATimerInterval.h"
+#include "store/objectstore/SortDescriptor.h"
 
 class ItemRulesTest : public InvoiceFixture {
 protected:
@@ -54,6 +55,30 @@ TEST_F(ItemRulesTest, SetHoursKeepsOddSecondsButSetMinutesDropsThem) {
     t->setSeconds(3725);
     t->setHours(2);
     EXPECT_EQ(t->seconds(), 7325);
+}
+
+TEST_F(ItemRulesTest, TaxesCompareByRateAndName) {
+    TAMaterial *a = material(nullptr, "1", "1", "0.07");
+    TAMaterial *b = material(nullptr, "1", "1", "0.070");
+    EXPECT_EQ(a->compareTaxes(b), 0);
+    b->setTaxName(QStringLiteral("VAT"));
+    EXPECT_EQ(a->compareTaxes(b), -1);
+    a->setTaxName(QStringLiteral("VAT"));
+    a->setTax(dec("0.08"));
+    EXPECT_EQ(a->compareTaxes(b), -1);
+    EXPECT_EQ(a->compareTaxes(nullptr), -1);
+
+    TAInvoice *invoice = invoiceIn(usd);
+    a->setInvoice(invoice);
+    b->setInvoice(invoice);
+    a->setSortIndex(2);
+    b->setSortIndex(1);
+    EXPECT_EQ(invoice->itemsSortedBySortIndex(), (QList<TAItem *>{b, a}));
+    a->setName(QStringLiteral("b"));
+    b->setName(QStringLiteral("a"));
+    const QList<SortDescriptor> header{SortDescriptor(QStringLiteral("total"), false),
+                                       SortDescriptor(QStringLiteral("name"), false)};
+    EXPECT_EQ(invoice->sortedItemRelationships(header), (QList<TAItem *>{a, b}));
 }
 
 TEST_F(ItemRulesTest, RunningIntervalGrowsWithTheClock) {
