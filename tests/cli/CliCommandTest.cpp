@@ -109,3 +109,27 @@ TEST_F(CliListTest, FiltersSortsAndWritesExactValues) {
     ASSERT_EQ(table.status, 0);
     EXPECT_LT(table.out.indexOf("Soren"), table.out.indexOf("Jonas"));
 }
+
+TEST_F(CliListTest, InvoiceAmountsAndStatesMatchHandComputedValues) {
+    // 2001: 12 h at 85 + 20.5 h at 95 + 240 with 20% tax, 1000 paid, due 28 February.
+    // 2002: 9 h at 70 + 40 at 3.50 with 20% tax, 5% discount on the taxed sum, due 26 March.
+    const CliRun json = cli({"list", "invoices", path("s.tadb"), "--format", "json", "--sort",
+                             "identification", "--now", "2025-03-10T12:00:00Z"});
+    ASSERT_EQ(json.status, 0);
+    const QStringList rows = json.out.split(QStringLiteral("\n  {"));
+    ASSERT_EQ(rows.size(), 3);
+    for (const char *field : {"\"subTotal\": \"3207.5\"", "\"totalTaxes\": \"48\"",
+                              "\"total\": \"3255.5\"", "\"paid\": \"1000\"", "\"left\": \"2255.5\"",
+                              "\"isOverdue\": true", "\"isPaid\": false", "\"currency\": \"USD\""})
+        EXPECT_TRUE(rows[1].contains(QLatin1String(field))) << field;
+    for (const char *field :
+         {"\"subTotal\": \"770\"", "\"totalTaxes\": \"28\"", "\"totalDiscount\": \"39.9\"",
+          "\"total\": \"758.1\"", "\"left\": \"758.1\"", "\"isOverdue\": false",
+          "\"currency\": \"EUR\""})
+        EXPECT_TRUE(rows[2].contains(QLatin1String(field))) << field;
+
+    // A month later the second one is overdue as well; the clock decides, not the machine.
+    const CliRun later = cli({"list", "invoices", path("s.tadb"), "--format", "csv", "--where",
+                              "isOverdue == YES", "--now", "2025-04-20T12:00:00Z"});
+    EXPECT_EQ(later.out.count(QStringLiteral("\r\n")), 3);
+}

@@ -126,4 +126,11 @@ TEST_F(CliJsonRoundTripTest, SampleDocumentRoundTripsAndExportIsStable) {
     EXPECT_EQ(read("a.json"), read("b.json"));
     EXPECT_TRUE(read("a.json").contains("\"dueDate\": \"2025-04-09T12:00:00.000Z\""))
         << "the project's due date comes from the fixed clock and survives the import";
+    // The copy behaves as the original: the same totals, states and sums.
+    for (const char *kind : {"invoices", "clients", "projects", "items", "payments"}) {
+        const QStringList list{"list", kind, "--format", "json", "--now", "2025-03-20T00:00:00Z"};
+        const CliRun original = cli(QStringList(list) << path("s.tadb"));
+        EXPECT_EQ(original.status, 0);
+        EXPECT_EQ(original.out, cli(QStringList(list) << path("t.tadb")).out) << kind;
+    }
 }
