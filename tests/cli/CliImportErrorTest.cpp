@@ -129,3 +129,25 @@ TEST_F(CliImportErrorTest, AnExistingTargetIsKeptUnlessForced) {
     ASSERT_EQ(run.status, 0) << run.err.toStdString();
     EXPECT_EQ(cli({"info", path("out.tadb")}).status, 0);
 }
+
+TEST_F(CliImportErrorTest, OffsetsAndShortFractionsAreReadAsTheSameInstant) {
+    QJsonObject root = good;
+    QJsonObject objects = root.value(QLatin1String("objects")).toObject();
+    setMember(objects, "Invoice/1", "date", "2025-03-10T14:00:00.5+02:00");
+    setMember(objects, "Invoice/1", "dueDate", "2025-03-31T23:30:00-01:00");
+    setMember(objects, "Invoice/1", "discount", "-0.0500");
+    root.insert(QStringLiteral("objects"), objects);
+    write("edited.json", QJsonDocument(root).toJson(QJsonDocument::Compact));
+    const CliRun run = cli({"import-json", path("edited.json"), "-o", path("out.tadb")});
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    const QJsonObject invoice =
+        QJsonDocument::fromJson(cli({"export-json", path("out.tadb")}).out.toUtf8())
+            .object()
+            .value(QLatin1String("objects"))
+            .toObject()
+            .value(QLatin1String("Invoice/1"))
+            .toObject();
+    EXPECT_EQ(invoice.value(QLatin1String("date")).toString(), "2025-03-10T12:00:00.500Z");
+    EXPECT_EQ(invoice.value(QLatin1String("dueDate")).toString(), "2025-04-01T00:30:00.000Z");
+    EXPECT_EQ(invoice.value(QLatin1String("discount")).toString(), "-0.05");
+}
