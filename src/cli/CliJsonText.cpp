@@ -2,6 +2,7 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -9,6 +10,19 @@
 void CliJsonText::appendString(QByteArray &out, QStringView text) {
     static const char hex[] = "0123456789abcdef";
     out.append('"');
+    // Most texts are plain ASCII with nothing to escape: copied without a UTF-8 buffer.
+    const bool plain = std::all_of(text.begin(), text.end(), [](QChar c) {
+        return c.unicode() >= 0x20 && c.unicode() < 0x80 && c != u'"' && c != u'\\';
+    });
+    if (plain) {
+        const qsizetype at = out.size();
+        out.resize(at + text.size());
+        char *to = out.data() + at;
+        for (QChar c : text)
+            *to++ = char(c.unicode());
+        out.append('"');
+        return;
+    }
     const QByteArray utf8 = text.toUtf8();
     for (const char c : utf8) {
         const auto u = static_cast<unsigned char>(c);
