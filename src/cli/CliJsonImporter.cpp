@@ -3,6 +3,7 @@
 #include "cli/CliJsonExporter.h"
 #include "cli/CliJsonText.h"
 #include "store/TADocModel.h"
+#include "store/entities/TAInvoice.h"
 #include "store/objectstore/EntityDescription.h"
 #include "store/objectstore/ManagedObjectContext.h"
 #include "store/objectstore/ManagedObjectModel.h"
@@ -255,8 +256,35 @@ Result<QVariant> CliJsonImporter::readAttribute(const QString &path, int index,
     return QVariant();
 }
 
+namespace {
+
+// The file holds the invoices' cached totals, so refreshing them while links are set would be
+// wasted work that the file's values then replace. Other contexts keep their refresh.
+class CacheRefreshPause {
+public:
+    explicit CacheRefreshPause(const ManagedObjectContext *context) {
+        m_previous = TAInvoice::setCacheRequestHandler([this, context](TAInvoice *invoice) {
+            if (invoice->managedObjectContext() == context)
+                return;
+            if (m_previous)
+                m_previous(invoice);
+            else
+                invoice->updateCachedValuesWithoutUndo();
+        });
+    }
+    ~CacheRefreshPause() { TAInvoice::setCacheRequestHandler(m_previous); }
+    CacheRefreshPause(const CacheRefreshPause &) = delete;
+    CacheRefreshPause &operator=(const CacheRefreshPause &) = delete;
+
+private:
+    TAInvoice::CacheRequestHandler m_previous;
+};
+
+} // namespace
+
 Result<void> CliJsonImporter::build(ManagedObjectContext &context) {
     context.setUndoManager(nullptr);
+    const CacheRefreshPause pause(&context);
     if (auto inserted = insertObjects(context); !inserted)
         return inserted;
     // The entities' change rules may move links of other objects (an invoice handing its
