@@ -36,7 +36,10 @@ int CliExportCommand::run(const QStringList &arguments, QTextStream &out, QTextS
         return fail(err, path, json.error().message, CliExit::FileUnusable);
     if (output.isEmpty() || output == QLatin1String("-")) {
         out.flush();
-        out.device() ? void(out.device()->write(*json)) : void(out << QString::fromUtf8(*json));
+        if (out.device())
+            out.device()->write(*json); // the bytes as they are, without a text round trip
+        else
+            out << QString::fromUtf8(*json);
         return CliExit::Ok;
     }
     QSaveFile file(output);
