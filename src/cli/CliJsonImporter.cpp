@@ -128,18 +128,21 @@ Result<void> CliJsonImporter::readKeys(const QJsonObject &objects) {
     return {};
 }
 
-Result<qsizetype> CliJsonImporter::resolve(const QString &path, const QString &key) const {
+QString CliJsonImporter::Place::path() const {
+    return objectPath(key) + u'.' + member + QLatin1String(suffix);
+}
+
+Result<qsizetype> CliJsonImporter::resolve(const Place &place, const QString &key) const {
     const auto found = m_byKey.constFind(key);
     if (found == m_byKey.constEnd())
-        return fault(path, QStringLiteral("\"%1\" names no object of the file").arg(key));
+        return fault(place.path(), QStringLiteral("\"%1\" names no object of the file").arg(key));
     return *found;
 }
 
 Result<void> CliJsonImporter::readObject(Planned &planned, const QString &key,
                                          const QJsonValue &value) {
-    const QString path = objectPath(key);
     if (!value.isObject())
-        return wrongType(path, QStringLiteral("an object"), value);
+        return wrongType(objectPath(key), QStringLiteral("an object"), value);
     const EntityDescription *entity = planned.entity;
     const auto &attributes = entity->attributes();
     const auto &relationships = entity->relationships();
@@ -154,17 +157,17 @@ Result<void> CliJsonImporter::readObject(Planned &planned, const QString &key,
     const QJsonObject members = value.toObject();
     for (auto it = members.constBegin(); it != members.constEnd(); ++it) {
         const QString name = it.key();
+        const Place place{key, name};
         const PropertySlot *slot = entity->slot(name);
         if (!slot ||
             (slot->kind == PropertySlot::Attribute && attributes[slot->declaration].transient))
-            return fault(path + u'.' + name,
-                         QStringLiteral("unknown key for %1").arg(entity->name()));
+            return fault(place.path(), QStringLiteral("unknown key for %1").arg(entity->name()));
         if (slot->kind == PropertySlot::ToMany)
-            return fault(path + u'.' + name, QStringLiteral("a to-many link is given by the "
-                                                            "to-one links of its members; leave "
-                                                            "it out"));
+            return fault(place.path(), QStringLiteral("a to-many link is given by the "
+                                                      "to-one links of its members; leave "
+                                                      "it out"));
         if (slot->kind == PropertySlot::Attribute) {
-            auto read = readAttribute(path + u'.' + name, slot->declaration, it.value(), planned);
+            auto read = readAttribute(place, slot->declaration, it.value(), planned);
             if (!read)
                 return read.error();
             planned.values[slot->declaration] = std::move(*read);
@@ -172,17 +175,16 @@ Result<void> CliJsonImporter::readObject(Planned &planned, const QString &key,
         }
         const QJsonValue target = it.value();
         if (!target.isNull() && !target.isString())
-            return wrongType(path + u'.' + name, QStringLiteral("an object key or null"), target);
+            return wrongType(place.path(), QStringLiteral("an object key or null"), target);
         if (target.isNull())
             continue;
-        auto resolved = resolve(path + u'.' + name, target.toString());
+        auto resolved = resolve(place, target.toString());
         if (!resolved)
             return resolved.error();
         const RelationshipDescription &link = relationships[slot->declaration];
         if (!m_objects[*resolved].entity->isKindOfEntity(link.destination))
-            return fault(path + u'.' + name,
-                         QStringLiteral("\"%1\" is no %2")
-                             .arg(target.toString(), link.destinationEntityName));
+            return fault(place.path(), QStringLiteral("\"%1\" is no %2")
+                                           .arg(target.toString(), link.destinationEntityName));
         for (Link &l : planned.links)
             if (l.relationship == slot->declaration)
                 l.target = *resolved;
@@ -190,7 +192,7 @@ Result<void> CliJsonImporter::readObject(Planned &planned, const QString &key,
     return {};
 }
 
-Result<QVariant> CliJsonImporter::readAttribute(const QString &path, int index,
+Result<QVariant> CliJsonImporter::readAttribute(const Place &place, int index,
                                                 const QJsonValue &value, Planned &planned) {
     if (value.isNull())
         return QVariant();
@@ -199,8 +201,9 @@ Result<QVariant> CliJsonImporter::readAttribute(const QString &path, int index,
         if (value.isObject()) {
             const QJsonObject ref = value.toObject();
             if (ref.size() != 1 || !ref.value(QLatin1String("objectURI")).isString())
-                return fault(path, QStringLiteral("expected a string or {\"objectURI\": key}"));
-            auto target = resolve(path + QStringLiteral(".objectURI"),
+                return fault(place.path(),
+                             QStringLiteral("expected a string or {\"objectURI\": key}"));
+            auto target = resolve(Place{place.key, place.member, ".objectURI"},
                                   ref.value(QLatin1String("objectURI")).toString());
             if (!target)
                 return target.error();
@@ -208,24 +211,24 @@ Result<QVariant> CliJsonImporter::readAttribute(const QString &path, int index,
             return QVariant();
         }
         if (!value.isString())
-            return wrongType(path, QStringLiteral("a string"), value);
+            return wrongType(place.path(), QStringLiteral("a string"), value);
         return QVariant(value.toString());
     case AttributeType::Integer: {
         const QVariant number = value.toVariant();
         if (!value.isDouble() || number.typeId() == QMetaType::Double)
-            return wrongType(path, QStringLiteral("an integer"), value);
+            return wrongType(place.path(), QStringLiteral("an integer"), value);
         return QVariant(number.toLongLong());
     }
     case AttributeType::Boolean:
         if (!value.isBool())
-            return wrongType(path, QStringLiteral("true, false or null"), value);
+            return wrongType(place.path(), QStringLiteral("true, false or null"), value);
         return QVariant(value.toBool());
     case AttributeType::Decimal: {
         if (!value.isString())
-            return wrongType(path, QStringLiteral("a decimal number as a string"), value);
+            return wrongType(place.path(), QStringLiteral("a decimal number as a string"), value);
         const auto decimal = CliJsonText::parseDecimal(value.toString());
         if (!decimal)
-            return fault(path,
+            return fault(place.path(),
                          QStringLiteral("\"%1\" is not a decimal number").arg(value.toString()));
         return decimal->toVariant();
     }
@@ -233,16 +236,17 @@ Result<QVariant> CliJsonImporter::readAttribute(const QString &path, int index,
         const auto date =
             value.isString() ? CliJsonText::parseDate(value.toString()) : std::nullopt;
         if (!date)
-            return fault(path, QStringLiteral("expected an ISO 8601 date and time with an offset"));
+            return fault(place.path(),
+                         QStringLiteral("expected an ISO 8601 date and time with an offset"));
         return QVariant(*date);
     }
     case AttributeType::Binary: {
         if (!value.isString())
-            return wrongType(path, QStringLiteral("base64 text"), value);
+            return wrongType(place.path(), QStringLiteral("base64 text"), value);
         const auto decoded = QByteArray::fromBase64Encoding(
             value.toString().toLatin1(), QByteArray::AbortOnBase64DecodingErrors);
         if (!decoded)
-            return fault(path, QStringLiteral("not valid base64"));
+            return fault(place.path(), QStringLiteral("not valid base64"));
         return QVariant(*decoded);
     }
     case AttributeType::Float:
@@ -251,7 +255,7 @@ Result<QVariant> CliJsonImporter::readAttribute(const QString &path, int index,
         if (const auto special = CliJsonText::parseSpecialDouble(value.toString());
             value.isString() && special)
             return QVariant(*special);
-        return wrongType(path, QStringLiteral("a number"), value);
+        return wrongType(place.path(), QStringLiteral("a number"), value);
     }
     return QVariant();
 }

@@ -51,9 +51,16 @@ private:
     Result<void> readHeader(const QJsonObject &root);
     Result<void> readKeys(const QJsonObject &objects);
     Result<void> readObject(Planned &planned, const QString &key, const QJsonValue &value);
-    Result<QVariant> readAttribute(const QString &path, int index, const QJsonValue &value,
+    // Where a value stands in the text; the path is only spelled out for a fault.
+    struct Place {
+        const QString &key;
+        const QString &member;
+        const char *suffix = "";
+        QString path() const;
+    };
+    Result<QVariant> readAttribute(const Place &place, int index, const QJsonValue &value,
                                    Planned &planned);
-    Result<qsizetype> resolve(const QString &path, const QString &key) const;
+    Result<qsizetype> resolve(const Place &place, const QString &key) const;
     Result<void> insertObjects(ManagedObjectContext &context);
     void setLinks(bool &changed);
     void setAttributes();
