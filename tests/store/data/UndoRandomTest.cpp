@@ -15,6 +15,8 @@
 #include <map>
 #include <random>
 
+#include "billing/dates/ScopedFixedClock.h"
+
 namespace {
 // The whole object graph as plain text: "uri key" -> value.
 using Snapshot = std::map<QString, QString>;
@@ -31,6 +33,33 @@ QString text(const QVariant &value) {
     return value.toString();
 }
 
+// The keys whose values differ, for a failure message a person can read.
+std::string differences(const Snapshot &actual, const Snapshot &expected) {
+    QStringList lines;
+    for (const auto &[key, value] : expected) {
+        const auto found = actual.find(key);
+        if (found == actual.end())
+            lines.append(QStringLiteral("missing %1 (= %2)").arg(key, value));
+        else if (found->second != value)
+            lines.append(QStringLiteral("%1: %2, expected %3").arg(key, found->second, value));
+    }
+    for (const auto &[key, value] : actual)
+        if (!expected.count(key))
+            lines.append(QStringLiteral("extra %1 (= %2)").arg(key, value));
+    return lines.mid(0, 12).join(u'\n').toStdString();
+}
+
+// An invoice's cached totals are derived: refreshed outside undo whenever an item changes,
+// so an undo recomputes them rather than restoring whatever they held. The billing tests
+// check their values.
+bool isCachedTotal(const EntityDescription *entity, const QString &key) {
+    static const QStringList totals{QStringLiteral("subTotal"),      QStringLiteral("itemTaxes"),
+                                    QStringLiteral("totalDiscount"), QStringLiteral("totalTax2"),
+                                    QStringLiteral("total"),         QStringLiteral("totalTaxes")};
+    return entity->isKindOfEntity(entity->model()->entity(QStringLiteral("Invoice"))) &&
+           totals.contains(key);
+}
+
 Snapshot snapshot(ManagedObjectContext *context) {
     Snapshot out;
     for (const EntityDescription *entity : context->model()->entities()) {
@@ -44,7 +73,8 @@ Snapshot snapshot(ManagedObjectContext *context) {
             const QString uri = object->uriText() + QLatin1Char(' ');
             out[uri + QStringLiteral("entity")] = entity->name();
             for (const AttributeDescription &attribute : entity->attributes())
-                out[uri + attribute.name] = text(object->valueForKey(attribute.name));
+                if (!isCachedTotal(entity, attribute.name))
+                    out[uri + attribute.name] = text(object->valueForKey(attribute.name));
             for (const RelationshipDescription &link : entity->relationships()) {
                 QStringList targets;
                 if (link.toMany) {
@@ -84,10 +114,14 @@ private:
     template <class T> QList<T *> all(const QString &entity) {
         return TAContextDatabase::objectsAs<T>(m_db.fetchEntityCustom(entity));
     }
-    // Every business object but the preferences, which a lookup would remake outside undo.
+    // Every business object but the preferences and the currencies, which a lookup would
+    // remake outside undo (invoice totals look up the default currency).
     QList<TAObject *> objects() {
         QList<TAObject *> out = all<TAObject>(QStringLiteral("TAObject"));
-        out.removeIf([](TAObject *o) { return o->entity()->name() == TAEntity::Preferences; });
+        out.removeIf([](TAObject *o) {
+            return o->entity()->name() == TAEntity::Preferences ||
+                   o->entity()->name() == TAEntity::Currency;
+        });
         return out;
     }
 
@@ -156,8 +190,12 @@ private:
 } // namespace
 
 TEST_F(DataFixture, RandomNamedCommandsUndoAndRedoToEachEarlierState) {
+    // Undoing is itself a change, so items stamp `updateDate` with "now" again; a fixed clock
+    // makes that stamp the same moment in every state.
+    const ScopedFixedClock clock(QDateTime(QDate(2026, 3, 14), QTime(9, 30), Qt::UTC));
     // What the first invoice would make outside undo is made up front.
     db().getPreferences()->setValueForKey(QStringLiteral("7"), TAKey::nextInvoiceNumber);
+    db().getDefaultCurrency(); // totals ask for it, and a lookup makes it outside undo
     doc->addTemplate(QStringLiteral("Plain"));
     ctx()->processPendingChanges();
     doc->undo()->removeAllActions();
@@ -182,7 +220,9 @@ TEST_F(DataFixture, RandomNamedCommandsUndoAndRedoToEachEarlierState) {
         const int index = name.mid(8).toInt();
         doc->undo()->undo();
         ++steps;
-        ASSERT_EQ(snapshot(ctx()), states[index]) << "after undoing command " << index;
+        const Snapshot now = snapshot(ctx());
+        ASSERT_TRUE(now == states[index]) << "after undoing command " << index << ":\n"
+                                          << differences(now, states[index]);
     }
     EXPECT_EQ(snapshot(ctx()), states.front());
     EXPECT_GT(steps, commands / 2);
@@ -190,7 +230,9 @@ TEST_F(DataFixture, RandomNamedCommandsUndoAndRedoToEachEarlierState) {
     while (doc->undo()->canRedo()) {
         const int index = doc->undo()->redoActionName().mid(8).toInt();
         doc->undo()->redo();
-        ASSERT_EQ(snapshot(ctx()), states[index + 1]) << "after redoing command " << index;
+        const Snapshot now = snapshot(ctx());
+        ASSERT_TRUE(now == states[index + 1]) << "after redoing command " << index << ":\n"
+                                              << differences(now, states[index + 1]);
     }
     EXPECT_EQ(snapshot(ctx()), states.back());
 }

@@ -103,8 +103,8 @@ TEST_F(EntityModelTest, EveryAttributeSurvivesSaveAndReopenAsNullAndWithValues) 
         ManagedObject *empty = context()->insertNewObject(entity->name());
         ManagedObject *full = context()->insertNewObject(entity->name());
         for (const AttributeDescription &attribute : entity->attributes()) {
-            empty->setValueForKey(QVariant(), attribute.name);
-            full->setValueForKey(sampleValue(attribute.type), attribute.name);
+            empty->setPrimitiveValueForKey(QVariant(), attribute.name);
+            full->setPrimitiveValueForKey(sampleValue(attribute.type), attribute.name);
         }
         made << empty << full;
     }
