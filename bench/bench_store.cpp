@@ -2,6 +2,7 @@
 // 200,000 items, 20,000 payments and 200,000 timer intervals. The document is generated once
 // into the temporary folder and reused by later runs.
 #include "store/TADocModel.h"
+#include "store/entities/TAInvoice.h"
 #include "store/objectstore/ManagedObjectContext.h"
 #include "store/objectstore/PersistentStore.h"
 #include "store/objectstore/Predicate.h"
@@ -191,6 +192,29 @@ void BM_FirstLoadOfAllItems(benchmark::State &state) {
     }
 }
 BENCHMARK(BM_FirstLoadOfAllItems)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// Recomputes the six cached totals of every invoice in one pass, on a context that has
+// everything the rules read already in memory (items, currencies, preferences).
+void BM_RecomputeAllInvoiceTotals(benchmark::State &state) {
+    generate();
+    Opened o = openAndReachInvoices();
+    for (const char *entity : {"Item", "Currency", "Preferences", "Client", "Project"})
+        (void)o.context->loadEntity(QLatin1String(entity));
+    o.context->setUndoManager(nullptr);
+    QList<TAInvoice *> invoices;
+    for (ManagedObject *object : o.invoices)
+        invoices.append(static_cast<TAInvoice *>(object));
+    invoices.first()->updateCachedValues(); // warm the currency behaviour cache
+    for (auto _ : state)
+        for (TAInvoice *invoice : invoices)
+            invoice->updateCachedValues();
+    state.counters["invoices"] = double(invoices.size());
+}
+BENCHMARK(BM_RecomputeAllInvoiceTotals)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5)
+    ->Repetitions(3)
+    ->ReportAggregatesOnly(true);
 
 void BM_PeakMemoryEverythingLoaded(benchmark::State &state) {
     generate();

@@ -40,10 +40,6 @@ bool ManagedObject::isUpdated() const {
     return m_dirty && m_hasRow && !m_deleted;
 }
 
-bool ManagedObject::isDeleted() const {
-    return m_deleted;
-}
-
 bool ManagedObject::hasChanges() const {
     return isInserted() || isUpdated() || (m_deleted && m_hasRow);
 }
@@ -120,6 +116,9 @@ QString ManagedObject::stringForKey(const QString &key) const {
 }
 
 qint64 ManagedObject::integerForKey(const QString &key) const {
+    if (const QVariant *stored = storedValueForKey(key);
+        stored && stored->metaType() == QMetaType::fromType<qint64>())
+        return *static_cast<const qint64 *>(stored->constData());
     const QVariant v = valueForKey(key);
     if (v.metaType() == QMetaType::fromType<Decimal>())
         return v.value<Decimal>().toLongLong();
@@ -131,6 +130,11 @@ bool ManagedObject::boolForKey(const QString &key) const {
 }
 
 Decimal ManagedObject::decimalForKey(const QString &key) const {
+    // Totals read many amounts: take a stored decimal in place rather than copy the variant.
+    if (const QVariant *stored = storedValueForKey(key))
+        return stored->metaType() == QMetaType::fromType<Decimal>()
+                   ? *static_cast<const Decimal *>(stored->constData())
+                   : Decimal::fromVariant(*stored);
     return Decimal::fromVariant(valueForKey(key));
 }
 

@@ -40,7 +40,7 @@ public:
 
     bool isInserted() const; // new since the last save
     bool isUpdated() const;  // changed since the last save, not new
-    bool isDeleted() const;
+    bool isDeleted() const { return m_deleted; }
     bool isFault() const { return m_state == State::Fault; }
     bool hasChanges() const;
 
