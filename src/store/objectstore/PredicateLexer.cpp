@@ -129,15 +129,16 @@ bool PredicateLexer::readString(Token &token) {
 bool PredicateLexer::readArgument(Token &token) {
     token.type = Type::Argument;
     ++m_pos;
-    QString spec;
+    QString modifiers;
     while (at(m_pos) == QLatin1Char('l'))
-        spec += m_text.at(m_pos++);
+        modifiers += m_text.at(m_pos++);
     const QChar kind = at(m_pos);
     static const QString kinds = QStringLiteral("@Kdiufs");
-    if (kind.isNull() || !kinds.contains(kind) || (!spec.isEmpty() && kind == QLatin1Char('@')))
+    if (kind.isNull() || !kinds.contains(kind) ||
+        (!modifiers.isEmpty() && kind == QLatin1Char('@')))
         return fail(QStringLiteral("Unknown format specifier"), token.position);
     ++m_pos;
-    token.text = QLatin1Char('%') + spec + kind;
+    token.text = QLatin1Char('%') + modifiers + kind;
     return true;
 }
 
