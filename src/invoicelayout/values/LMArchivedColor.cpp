@@ -1,5 +1,7 @@
 #include "invoicelayout/values/LMArchivedColor.h"
 
+#include "invoicelayout/values/LMCborEnvelope.h"
+
 #include <QCborArray>
 #include <QCborMap>
 
@@ -13,12 +15,10 @@ QCborValue LMArchivedColor::toCbor(const QColor &color) {
 }
 
 QColor LMArchivedColor::fromCbor(const QCborValue &value, const QColor &fallback) {
-    if (!value.isMap())
+    const std::optional<QCborMap> map = LMCborEnvelope::versionedMap(value, version);
+    if (!map)
         return fallback;
-    const QCborMap map = value.toMap();
-    if (map.value(QStringLiteral("v")).toInteger(-1) != version)
-        return fallback;
-    const QCborArray parts = map.value(QStringLiteral("rgba")).toArray();
+    const QCborArray parts = map->value(QStringLiteral("rgba")).toArray();
     if (parts.size() != 4)
         return fallback;
     float c[4];
@@ -39,11 +39,5 @@ QByteArray LMArchivedColor::archive(const QColor &color) {
 }
 
 QColor LMArchivedColor::unarchive(const QByteArray &data, const QColor &fallback) {
-    if (data.isEmpty())
-        return fallback;
-    QCborParserError error;
-    const QCborValue value = QCborValue::fromCbor(data, &error);
-    if (error.error != QCborError::NoError)
-        return fallback;
-    return fromCbor(value, fallback);
+    return fromCbor(LMCborEnvelope::parse(data), fallback);
 }

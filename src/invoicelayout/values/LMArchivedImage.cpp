@@ -1,5 +1,7 @@
 #include "invoicelayout/values/LMArchivedImage.h"
 
+#include "invoicelayout/values/LMCborEnvelope.h"
+
 #include <QBuffer>
 #include <QCborMap>
 #include <QCborValue>
@@ -19,16 +21,11 @@ QByteArray LMArchivedImage::archive(const QImage &image) {
 }
 
 QImage LMArchivedImage::unarchive(const QByteArray &data) {
-    if (data.isEmpty())
+    const std::optional<QCborMap> map =
+        LMCborEnvelope::versionedMap(LMCborEnvelope::parse(data), version);
+    if (!map)
         return {};
-    QCborParserError error;
-    const QCborValue value = QCborValue::fromCbor(data, &error);
-    if (error.error != QCborError::NoError || !value.isMap())
-        return {};
-    const QCborMap map = value.toMap();
-    if (map.value(QStringLiteral("v")).toInteger(-1) != version)
-        return {};
-    const QCborValue png = map.value(QStringLiteral("png"));
+    const QCborValue png = map->value(QStringLiteral("png"));
     if (!png.isByteArray())
         return {};
     QImage image;

@@ -1,5 +1,7 @@
 #include "invoicelayout/values/LMAttributedString.h"
 
+#include "invoicelayout/values/LMCborEnvelope.h"
+
 #include <QCborArray>
 #include <QCborMap>
 #include <QCborValue>
@@ -86,16 +88,11 @@ QByteArray LMAttributedString::archive() const {
 }
 
 LMAttributedString LMAttributedString::unarchive(const QByteArray &data) {
-    if (data.isEmpty())
+    const std::optional<QCborMap> map =
+        LMCborEnvelope::versionedMap(LMCborEnvelope::parse(data), version);
+    if (!map)
         return {};
-    QCborParserError error;
-    const QCborValue value = QCborValue::fromCbor(data, &error);
-    if (error.error != QCborError::NoError || !value.isMap())
-        return {};
-    const QCborMap map = value.toMap();
-    if (map.value(QStringLiteral("v")).toInteger(-1) != version)
-        return {};
-    const QCborValue runs = map.value(QStringLiteral("runs"));
+    const QCborValue runs = map->value(QStringLiteral("runs"));
     if (!runs.isArray())
         return {};
     LMAttributedString out;

@@ -1,5 +1,7 @@
 #include "invoicelayout/values/LMTextAttributes.h"
 
+#include "invoicelayout/values/LMCborEnvelope.h"
+
 #include "invoicelayout/values/LMArchivedColor.h"
 
 #include <QCborMap>
@@ -130,11 +132,10 @@ QCborValue LMTextAttributes::toCbor() const {
 
 LMTextAttributes LMTextAttributes::fromCbor(const QCborValue &value) {
     LMTextAttributes out;
-    if (!value.isMap())
+    const std::optional<QCborMap> found = LMCborEnvelope::versionedMap(value, version);
+    if (!found)
         return out;
-    const QCborMap map = value.toMap();
-    if (map.value(kVersion).toInteger(-1) != version)
-        return out;
+    const QCborMap &map = *found;
     out.font = fontFromCbor(map.value(kFont));
     if (map.contains(kColor)) {
         const QColor invalid;
@@ -151,11 +152,5 @@ QByteArray LMTextAttributes::archive() const {
 }
 
 LMTextAttributes LMTextAttributes::unarchive(const QByteArray &data) {
-    if (data.isEmpty())
-        return {};
-    QCborParserError error;
-    const QCborValue value = QCborValue::fromCbor(data, &error);
-    if (error.error != QCborError::NoError)
-        return {};
-    return fromCbor(value);
+    return fromCbor(LMCborEnvelope::parse(data));
 }
