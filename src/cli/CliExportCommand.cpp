@@ -2,7 +2,7 @@
 
 #include "cli/CliArguments.h"
 #include "cli/CliDocument.h"
-#include "cli/CliJsonExporter.h"
+#include "importsync/json/JsonDocumentExporter.h"
 
 #include <QSaveFile>
 
@@ -30,7 +30,7 @@ int CliExportCommand::run(const QStringList &arguments, QTextStream &out, QTextS
     auto opened = CliDocument::open(path, true);
     if (!opened)
         return fail(err, path, opened.error().message, CliExit::FileUnusable);
-    CliJsonExporter exporter((*opened)->context());
+    JsonDocumentExporter exporter((*opened)->context());
     auto json = exporter.exportDocument();
     if (!json)
         return fail(err, path, json.error().message, CliExit::FileUnusable);

@@ -2,7 +2,7 @@
 
 #include "cli/CliArguments.h"
 #include "cli/CliDocument.h"
-#include "cli/CliJsonImporter.h"
+#include "importsync/json/JsonDocumentImporter.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -37,7 +37,7 @@ int CliImportCommand::run(const QStringList &arguments, QTextStream &out, QTextS
                             : (file.setFileName(input), file.open(QIODevice::ReadOnly));
     if (!opened)
         return fail(err, input, file.errorString(), CliExit::FileUnusable);
-    CliJsonImporter importer;
+    JsonDocumentImporter importer;
     if (auto read = importer.read(file.readAll()); !read)
         return fail(err, input, read.error().message, CliExit::FileUnusable);
     if (QFileInfo::exists(target) && !parsed->has(QStringLiteral("--force")))

@@ -1,7 +1,7 @@
 #include "cli/CliListFormatter.h"
 
 #include "billing/money/OTFormatting.h"
-#include "cli/CliJsonText.h"
+#include "importsync/json/JsonText.h"
 #include "store/objectstore/ManagedObject.h"
 
 #include <QLocale>
@@ -42,7 +42,7 @@ QString CliListFormatter::plainText(const CliColumn &column, const QVariant &val
         return number.isNaN() ? QString() : number.toString();
     }
     case K::Date:
-        return CliJsonText::dateText(value.toDateTime());
+        return JsonText::dateText(value.toDateTime());
     }
     return {};
 }
@@ -142,14 +142,14 @@ QByteArray CliListFormatter::json(const CliListing &listing, const QList<Row> &r
             const QVariant &value = rows[r].values[c];
             if (c)
                 out.append(", ");
-            CliJsonText::appendString(out, column.name);
+            JsonText::appendString(out, column.name);
             out.append(": ");
             if (isNull(value) || (plainText(column, value).isEmpty() && column.kind != K::Text))
                 out.append("null");
             else if (column.kind == K::Integer || column.kind == K::Boolean)
                 out.append(plainText(column, value).toUtf8());
             else
-                CliJsonText::appendString(out, plainText(column, value));
+                JsonText::appendString(out, plainText(column, value));
         }
         out.append('}');
     }

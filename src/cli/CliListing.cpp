@@ -1,6 +1,6 @@
 #include "cli/CliListing.h"
 
-#include "cli/CliJsonExporter.h"
+#include "importsync/json/JsonDocumentExporter.h"
 #include "store/entities/TACodes.h"
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAKeys.h"
@@ -12,7 +12,7 @@ using K = CliColumn::Kind;
 
 CliColumn keyColumn() {
     return {QStringLiteral("key"), {}, K::Text, [](const ManagedObject &o) {
-                return QVariant(CliJsonExporter::keyOf(&o));
+                return QVariant(JsonDocumentExporter::keyOf(&o));
             }};
 }
 

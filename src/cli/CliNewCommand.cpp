@@ -1,8 +1,9 @@
 #include "cli/CliNewCommand.h"
 
+#include "billing/dates/OTClock.h"
 #include "cli/CliArguments.h"
 #include "cli/CliDocument.h"
-#include "cli/CliSampleBusiness.h"
+#include "importsync/sample/SampleDocument.h"
 
 #include <QFileInfo>
 
@@ -30,7 +31,8 @@ int CliNewCommand::run(const QStringList &arguments, QTextStream &out, QTextStre
         return fail(err, path, document.error().message, CliExit::FileUnusable);
     TADatabase &db = (*document)->database();
     if (parsed->has(QStringLiteral("--sample"))) {
-        CliSampleBusiness::fill(db);
+        if (auto copied = SampleDocument::copyInto((*document)->context(), OTClock::now()); !copied)
+            return fail(err, path, copied.error().message, CliExit::FileUnusable);
     } else {
         db.getPreferences();
         db.getDefaultCurrency();

@@ -55,8 +55,9 @@ TEST_F(CliTest, NewDocumentsAndInfoReportWhatTheyHold) {
     ASSERT_EQ(cli({"new", path("sample.tadb"), "--sample"}).status, 0);
     info = cli({"info", path("sample.tadb")});
     EXPECT_TRUE(info.out.contains("Default currency: USD"));
-    EXPECT_TRUE(info.out.contains(QRegularExpression("Payment +1\n")));
+    EXPECT_TRUE(info.out.contains(QRegularExpression("Payment +3\n")));
     EXPECT_TRUE(info.out.contains(QRegularExpression("Currency +2\n")));
+    EXPECT_TRUE(info.out.contains(QRegularExpression("InvoiceTemplate +5\n")));
 }
 
 TEST(CliListFormatterTest, CsvFieldsAreQuotedOnlyWhereNeeded) {
@@ -84,21 +85,24 @@ protected:
 TEST_F(CliListTest, FiltersSortsAndWritesExactValues) {
     QStringList csv = lines({"list", "items", path("s.tadb"), "--format", "csv", "--where",
                              "price > 50", "--sort", "-price"});
-    ASSERT_EQ(csv.size(), 6);
+    ASSERT_EQ(csv.size(), 11);
     EXPECT_TRUE(csv[0].startsWith("key,type,name,sku,price,quantity,seconds"));
-    EXPECT_TRUE(csv[1].contains(",Material,\"Hosting, one year\",,240,1,"));
-    EXPECT_TRUE(csv[2].contains(",Timer,Development,,95,,73800,"));
-    EXPECT_TRUE(csv[5].contains(",Timer,Support,,60,,7200,"));
+    EXPECT_TRUE(csv[1].contains(",Material,\"Support plan, monthly\",,450,1,"));
+    EXPECT_TRUE(csv[2].contains(",Material,\"Hosting, one year\",,240,1,,,0.085,Sales Tax,"));
+    EXPECT_TRUE(csv[5].contains(",Timer,Development,,95,,73800,"));
+    EXPECT_TRUE(csv[10].contains(",Timer,Support,,60,,7200,"));
 
-    csv = lines({"list", "payments", path("s.tadb"), "--format", "csv"});
-    ASSERT_EQ(csv.size(), 2);
-    EXPECT_TRUE(csv[1].contains(",2025-02-28T12:00:00.000Z,1000,USD,1,2001,"));
+    // The sample's dates follow the day it is opened on: 2025-03-10 here.
+    csv = lines({"list", "payments", path("s.tadb"), "--format", "csv", "--sort", "date"});
+    ASSERT_EQ(csv.size(), 4);
+    EXPECT_TRUE(csv[2].contains(",2025-02-08T10:00:00.000Z,1000,USD,1,2001,"));
+    EXPECT_TRUE(csv[3].contains(",2025-02-13T10:00:00.000Z,944.47,USD,0.92166,2002,"));
 
     const CliRun json = cli({"list", "invoices", path("s.tadb"), "--format", "json", "--sort",
                              "identification", "--where", "status == 1"});
     ASSERT_EQ(json.status, 0);
     EXPECT_EQ(json.out.count("\"key\""), 1);
-    EXPECT_TRUE(json.out.contains("\"identification\": \"2002\""));
+    EXPECT_TRUE(json.out.contains("\"identification\": \"2005\""));
     EXPECT_TRUE(json.out.contains("\"statusWord\": \"Draft\""));
     EXPECT_TRUE(json.out.contains("\"status\": 1"));
 
@@ -107,29 +111,36 @@ TEST_F(CliListTest, FiltersSortsAndWritesExactValues) {
     EXPECT_LT(currencies.out.indexOf("\"EUR\""), currencies.out.indexOf("\"USD\""));
     const CliRun table = cli({"list", "clients", path("s.tadb"), "--sort", "-fullName"});
     ASSERT_EQ(table.status, 0);
-    EXPECT_LT(table.out.indexOf("Soren"), table.out.indexOf("Jonas"));
+    EXPECT_LT(table.out.indexOf("Marta"), table.out.indexOf("Lena"));
+    EXPECT_LT(table.out.indexOf("Lena"), table.out.indexOf("Jonas"));
 }
 
 TEST_F(CliListTest, InvoiceAmountsAndStatesMatchHandComputedValues) {
-    // 2001: 12 h at 85 + 20.5 h at 95 + 240 with 20% tax, 1000 paid, due 28 February.
-    // 2002: 9 h at 70 + 40 at 3.50 with 20% tax, 5% discount on the taxed sum, due 26 March.
+    // 2001: 12 h at 85 + 20.5 h at 95 + 240 with 8.5% sales tax, 1000 paid, due 20 February.
+    // 2002 (euros): 9 h at 70 + 40 at 3.50, all with 19% VAT, 5% off the taxed sum (45.815 up
+    // to 45.82), paid with 944.47 US dollars at 0.92166 (870.4823 to 870.48).
+    // 2005: a draft, 3 h at 120 + 2 at 85 with sales tax, due 30 March.
     const CliRun json = cli({"list", "invoices", path("s.tadb"), "--format", "json", "--sort",
                              "identification", "--now", "2025-03-10T12:00:00Z"});
     ASSERT_EQ(json.status, 0);
     const QStringList rows = json.out.split(QStringLiteral("\n  {"));
-    ASSERT_EQ(rows.size(), 3);
-    for (const char *field : {"\"subTotal\": \"3207.5\"", "\"totalTaxes\": \"48\"",
-                              "\"total\": \"3255.5\"", "\"paid\": \"1000\"", "\"left\": \"2255.5\"",
+    ASSERT_EQ(rows.size(), 6);
+    for (const char *field : {"\"subTotal\": \"3207.5\"", "\"totalTaxes\": \"20.4\"",
+                              "\"total\": \"3227.9\"", "\"paid\": \"1000\"", "\"left\": \"2227.9\"",
                               "\"isOverdue\": true", "\"isPaid\": false", "\"currency\": \"USD\""})
         EXPECT_TRUE(rows[1].contains(QLatin1String(field))) << field;
     for (const char *field :
-         {"\"subTotal\": \"770\"", "\"totalTaxes\": \"28\"", "\"totalDiscount\": \"39.9\"",
-          "\"total\": \"758.1\"", "\"left\": \"758.1\"", "\"isOverdue\": false",
+         {"\"subTotal\": \"770\"", "\"totalTaxes\": \"146.3\"", "\"totalDiscount\": \"45.82\"",
+          "\"total\": \"870.48\"", "\"paid\": \"870.48\"", "\"left\": \"0\"",
+          "\"isOverdue\": false", "\"isPaid\": true", "\"statusWord\": \"Paid\"",
           "\"currency\": \"EUR\""})
         EXPECT_TRUE(rows[2].contains(QLatin1String(field))) << field;
+    for (const char *field : {"\"total\": \"575.05\"", "\"isOverdue\": false"})
+        EXPECT_TRUE(rows[5].contains(QLatin1String(field))) << field;
 
-    // A month later the second one is overdue as well; the clock decides, not the machine.
+    // Six weeks later 2003 and the draft are overdue as well; the clock decides, not the
+    // machine.
     const CliRun later = cli({"list", "invoices", path("s.tadb"), "--format", "csv", "--where",
                               "isOverdue == YES", "--now", "2025-04-20T12:00:00Z"});
-    EXPECT_EQ(later.out.count(QStringLiteral("\r\n")), 3);
+    EXPECT_EQ(later.out.count(QStringLiteral("\r\n")), 4);
 }

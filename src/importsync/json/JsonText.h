@@ -10,7 +10,7 @@
 
 // The exact text forms of values in the JSON files and listings: one writer, one reader per
 // kind, so that what is written reads back to the same value and is written the same again.
-class CliJsonText {
+class JsonText {
 public:
     // A JSON string literal with its quotes; non-ASCII stays UTF-8.
     static void appendString(QByteArray &out, QStringView text);
@@ -30,5 +30,5 @@ public:
     static std::optional<Decimal> parseDecimal(const QString &text);
 
 private:
-    CliJsonText() = delete;
+    JsonText() = delete;
 };

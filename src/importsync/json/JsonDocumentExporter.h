@@ -18,12 +18,12 @@ class EntityDescription;
 // links are the other side of to-one links and are left out. Objects are keyed "Entity/<primary
 // key>", written by entity name and then key, their properties by name: the same document
 // always gives the same bytes.
-class CliJsonExporter {
+class JsonDocumentExporter {
 public:
     static inline const QString kFormat = QStringLiteral("billfold-json");
     static constexpr int kFormatVersion = 1;
 
-    explicit CliJsonExporter(ManagedObjectContext &context);
+    explicit JsonDocumentExporter(ManagedObjectContext &context);
 
     Result<QByteArray> exportDocument();
 

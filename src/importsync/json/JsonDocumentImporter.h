@@ -17,12 +17,12 @@ class ManagedObject;
 class ManagedObjectContext;
 struct AttributeDescription;
 
-// Reads the JSON form that CliJsonExporter writes and builds the document it describes.
+// Reads the JSON form that JsonDocumentExporter writes and builds the document it describes.
 // read() checks everything first (entities, keys, types, numbers, references) and names the
 // JSON path of the first fault; build() only runs on a text that passed. Objects keep their
 // keys as primary keys, and every value is set after the entities' own insert and change
 // rules have run, so the built document holds exactly the values of the text.
-class CliJsonImporter {
+class JsonDocumentImporter {
 public:
     Result<void> read(const QByteArray &json);
     // Builds into an empty context of a new store, with undo off.

@@ -1,6 +1,6 @@
-#include "cli/CliJsonExporter.h"
+#include "importsync/json/JsonDocumentExporter.h"
 
-#include "cli/CliJsonText.h"
+#include "importsync/json/JsonText.h"
 #include "store/objectstore/EntityDescription.h"
 #include "store/objectstore/ManagedObjectContext.h"
 #include "store/objectstore/ManagedObjectModel.h"
@@ -8,7 +8,8 @@
 
 #include <algorithm>
 
-QList<CliJsonExporter::Property> CliJsonExporter::propertiesOf(const EntityDescription *entity) {
+QList<JsonDocumentExporter::Property>
+JsonDocumentExporter::propertiesOf(const EntityDescription *entity) {
     QList<Property> properties;
     for (const AttributeDescription &attribute : entity->attributes())
         if (!attribute.transient)
@@ -21,14 +22,14 @@ QList<CliJsonExporter::Property> CliJsonExporter::propertiesOf(const EntityDescr
     return properties;
 }
 
-CliJsonExporter::CliJsonExporter(ManagedObjectContext &context)
+JsonDocumentExporter::JsonDocumentExporter(ManagedObjectContext &context)
     : m_context(context) {}
 
-QString CliJsonExporter::keyOf(const ManagedObject *object) {
+QString JsonDocumentExporter::keyOf(const ManagedObject *object) {
     return object->entity()->name() + u'/' + QString::number(object->objectID().number());
 }
 
-Result<void> CliJsonExporter::collect() {
+Result<void> JsonDocumentExporter::collect() {
     QList<const EntityDescription *> entities = m_context.model()->entities();
     std::sort(entities.begin(), entities.end(),
               [](auto *a, auto *b) { return a->name() < b->name(); });
@@ -51,7 +52,7 @@ Result<void> CliJsonExporter::collect() {
     return {};
 }
 
-Result<QByteArray> CliJsonExporter::exportDocument() {
+Result<QByteArray> JsonDocumentExporter::exportDocument() {
     m_objects.clear();
     m_keys.clear();
     if (auto collected = collect(); !collected)
@@ -59,17 +60,17 @@ Result<QByteArray> CliJsonExporter::exportDocument() {
     QByteArray out;
     out.reserve(1 << 20);
     out.append("{\n  \"format\": ");
-    CliJsonText::appendString(out, kFormat);
+    JsonText::appendString(out, kFormat);
     out.append(",\n  \"formatVersion\": ").append(QByteArray::number(kFormatVersion));
     out.append(",\n  \"model\": ");
-    CliJsonText::appendString(out, m_context.model()->versionName());
+    JsonText::appendString(out, m_context.model()->versionName());
     out.append(",\n  \"objects\": {");
     bool first = true;
     for (const EntityObjects &group : std::as_const(m_objects)) {
         for (const ManagedObject *object : group.objects) {
             out.append(first ? "\n    " : ",\n    ");
             first = false;
-            CliJsonText::appendString(out, keyOf(object));
+            JsonText::appendString(out, keyOf(object));
             out.append(": ");
             writeObject(out, object, group.properties);
         }
@@ -80,19 +81,19 @@ Result<QByteArray> CliJsonExporter::exportDocument() {
     return out;
 }
 
-void CliJsonExporter::writeObject(QByteArray &out, const ManagedObject *object,
-                                  const QList<Property> &properties) const {
+void JsonDocumentExporter::writeObject(QByteArray &out, const ManagedObject *object,
+                                       const QList<Property> &properties) const {
     out.append('{');
     bool first = true;
     for (const Property &property : properties) {
         out.append(first ? "\n      " : ",\n      ");
         first = false;
-        CliJsonText::appendString(out, property.name);
+        JsonText::appendString(out, property.name);
         out.append(": ");
         if (property.attribute) {
             writeAttribute(out, object, *property.attribute);
         } else if (const ManagedObject *target = object->objectForKey(property.name)) {
-            CliJsonText::appendString(out, keyOf(target));
+            JsonText::appendString(out, keyOf(target));
         } else {
             out.append("null");
         }
@@ -100,8 +101,8 @@ void CliJsonExporter::writeObject(QByteArray &out, const ManagedObject *object,
     out.append(first ? "}" : "\n    }");
 }
 
-void CliJsonExporter::writeAttribute(QByteArray &out, const ManagedObject *object,
-                                     const AttributeDescription &attribute) const {
+void JsonDocumentExporter::writeAttribute(QByteArray &out, const ManagedObject *object,
+                                          const AttributeDescription &attribute) const {
     const QVariant *value = object->storedValueForKey(attribute.name);
     if (!value || !value->isValid() || value->isNull()) {
         out.append("null");
@@ -112,10 +113,10 @@ void CliJsonExporter::writeAttribute(QByteArray &out, const ManagedObject *objec
         const QString text = value->toString();
         if (const QString key = keyForUriText(text); !key.isEmpty()) {
             out.append("{\"objectURI\": ");
-            CliJsonText::appendString(out, key);
+            JsonText::appendString(out, key);
             out.append('}');
         } else {
-            CliJsonText::appendString(out, text);
+            JsonText::appendString(out, text);
         }
         return;
     }
@@ -126,21 +127,21 @@ void CliJsonExporter::writeAttribute(QByteArray &out, const ManagedObject *objec
         out.append(value->toBool() ? "true" : "false");
         return;
     case AttributeType::Decimal:
-        CliJsonText::appendString(out, Decimal::fromVariant(*value).toString());
+        JsonText::appendString(out, Decimal::fromVariant(*value).toString());
         return;
     case AttributeType::Date:
-        CliJsonText::appendString(out, CliJsonText::dateText(value->toDateTime()));
+        JsonText::appendString(out, JsonText::dateText(value->toDateTime()));
         return;
     case AttributeType::Binary:
         out.append('"').append(value->toByteArray().toBase64()).append('"');
         return;
     case AttributeType::Float:
-        out.append(CliJsonText::doubleLiteral(value->toDouble()));
+        out.append(JsonText::doubleLiteral(value->toDouble()));
         return;
     }
 }
 
-QString CliJsonExporter::keyForUriText(const QString &text) const {
+QString JsonDocumentExporter::keyForUriText(const QString &text) const {
     if (!text.startsWith(QLatin1String("x-")))
         return {};
     const auto parts = ObjectID::parseUri(text);

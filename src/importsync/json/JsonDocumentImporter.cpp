@@ -1,7 +1,7 @@
-#include "cli/CliJsonImporter.h"
+#include "importsync/json/JsonDocumentImporter.h"
 
-#include "cli/CliJsonExporter.h"
-#include "cli/CliJsonText.h"
+#include "importsync/json/JsonDocumentExporter.h"
+#include "importsync/json/JsonText.h"
 #include "store/TADocModel.h"
 #include "store/entities/TAInvoice.h"
 #include "store/objectstore/EntityDescription.h"
@@ -25,7 +25,7 @@ Error fault(const QString &path, const QString &reason) {
 }
 
 QString objectPath(const QString &key) {
-    return QStringLiteral("$.objects[%1]").arg(QString::fromUtf8(CliJsonText::quoted(key)));
+    return QStringLiteral("$.objects[%1]").arg(QString::fromUtf8(JsonText::quoted(key)));
 }
 
 QString typeName(const QJsonValue &value) {
@@ -54,7 +54,7 @@ Error wrongType(const QString &path, const QString &expected, const QJsonValue &
 
 } // namespace
 
-Result<void> CliJsonImporter::read(const QByteArray &json) {
+Result<void> JsonDocumentImporter::read(const QByteArray &json) {
     m_objects.clear();
     m_byKey.clear();
     QJsonParseError parseError;
@@ -83,26 +83,26 @@ Result<void> CliJsonImporter::read(const QByteArray &json) {
     return {};
 }
 
-Result<void> CliJsonImporter::readHeader(const QJsonObject &root) {
+Result<void> JsonDocumentImporter::readHeader(const QJsonObject &root) {
     static const QStringList known{QStringLiteral("format"), QStringLiteral("formatVersion"),
                                    QStringLiteral("model"), QStringLiteral("objects")};
     for (auto it = root.constBegin(); it != root.constEnd(); ++it)
         if (!known.contains(it.key()))
             return fault(QStringLiteral("$.") + it.key(), QStringLiteral("unknown key"));
-    if (root.value(QLatin1String("format")).toString() != CliJsonExporter::kFormat)
+    if (root.value(QLatin1String("format")).toString() != JsonDocumentExporter::kFormat)
         return fault(QStringLiteral("$.format"),
-                     QStringLiteral("expected \"%1\"").arg(CliJsonExporter::kFormat));
+                     QStringLiteral("expected \"%1\"").arg(JsonDocumentExporter::kFormat));
     const QJsonValue version = root.value(QLatin1String("formatVersion"));
-    if (!version.isDouble() || version.toDouble() != CliJsonExporter::kFormatVersion)
+    if (!version.isDouble() || version.toDouble() != JsonDocumentExporter::kFormatVersion)
         return fault(QStringLiteral("$.formatVersion"),
-                     QStringLiteral("expected %1").arg(CliJsonExporter::kFormatVersion));
+                     QStringLiteral("expected %1").arg(JsonDocumentExporter::kFormatVersion));
     if (!root.value(QLatin1String("model")).isString())
         return wrongType(QStringLiteral("$.model"), QStringLiteral("a string"),
                          root.value(QLatin1String("model")));
     return {};
 }
 
-Result<void> CliJsonImporter::readKeys(const QJsonObject &objects) {
+Result<void> JsonDocumentImporter::readKeys(const QJsonObject &objects) {
     const ManagedObjectModel &model = TADocModel::model();
     m_objects.resize(objects.size());
     m_byKey.reserve(objects.size());
@@ -128,19 +128,19 @@ Result<void> CliJsonImporter::readKeys(const QJsonObject &objects) {
     return {};
 }
 
-QString CliJsonImporter::Place::path() const {
+QString JsonDocumentImporter::Place::path() const {
     return objectPath(key) + u'.' + member + QLatin1String(suffix);
 }
 
-Result<qsizetype> CliJsonImporter::resolve(const Place &place, const QString &key) const {
+Result<qsizetype> JsonDocumentImporter::resolve(const Place &place, const QString &key) const {
     const auto found = m_byKey.constFind(key);
     if (found == m_byKey.constEnd())
         return fault(place.path(), QStringLiteral("\"%1\" names no object of the file").arg(key));
     return *found;
 }
 
-Result<void> CliJsonImporter::readObject(Planned &planned, const QString &key,
-                                         const QJsonValue &value) {
+Result<void> JsonDocumentImporter::readObject(Planned &planned, const QString &key,
+                                              const QJsonValue &value) {
     if (!value.isObject())
         return wrongType(objectPath(key), QStringLiteral("an object"), value);
     const EntityDescription *entity = planned.entity;
@@ -192,8 +192,8 @@ Result<void> CliJsonImporter::readObject(Planned &planned, const QString &key,
     return {};
 }
 
-Result<QVariant> CliJsonImporter::readAttribute(const Place &place, int index,
-                                                const QJsonValue &value, Planned &planned) {
+Result<QVariant> JsonDocumentImporter::readAttribute(const Place &place, int index,
+                                                     const QJsonValue &value, Planned &planned) {
     if (value.isNull())
         return QVariant();
     switch (planned.entity->attributes()[index].type) {
@@ -226,15 +226,14 @@ Result<QVariant> CliJsonImporter::readAttribute(const Place &place, int index,
     case AttributeType::Decimal: {
         if (!value.isString())
             return wrongType(place.path(), QStringLiteral("a decimal number as a string"), value);
-        const auto decimal = CliJsonText::parseDecimal(value.toString());
+        const auto decimal = JsonText::parseDecimal(value.toString());
         if (!decimal)
             return fault(place.path(),
                          QStringLiteral("\"%1\" is not a decimal number").arg(value.toString()));
         return decimal->toVariant();
     }
     case AttributeType::Date: {
-        const auto date =
-            value.isString() ? CliJsonText::parseDate(value.toString()) : std::nullopt;
+        const auto date = value.isString() ? JsonText::parseDate(value.toString()) : std::nullopt;
         if (!date)
             return fault(place.path(),
                          QStringLiteral("expected an ISO 8601 date and time with an offset"));
@@ -252,7 +251,7 @@ Result<QVariant> CliJsonImporter::readAttribute(const Place &place, int index,
     case AttributeType::Float:
         if (value.isDouble())
             return QVariant(value.toDouble());
-        if (const auto special = CliJsonText::parseSpecialDouble(value.toString());
+        if (const auto special = JsonText::parseSpecialDouble(value.toString());
             value.isString() && special)
             return QVariant(*special);
         return wrongType(place.path(), QStringLiteral("a number"), value);
@@ -286,7 +285,7 @@ private:
 
 } // namespace
 
-Result<void> CliJsonImporter::build(ManagedObjectContext &context) {
+Result<void> JsonDocumentImporter::build(ManagedObjectContext &context) {
     context.setUndoManager(nullptr);
     const CacheRefreshPause pause(&context);
     if (auto inserted = insertObjects(context); !inserted)
@@ -309,7 +308,7 @@ Result<void> CliJsonImporter::build(ManagedObjectContext &context) {
     return verify();
 }
 
-Result<void> CliJsonImporter::insertObjects(ManagedObjectContext &context) {
+Result<void> JsonDocumentImporter::insertObjects(ManagedObjectContext &context) {
     // Objects go in by entity and key, so that each one can take its key as primary key.
     std::vector<qsizetype> order(m_objects.size());
     std::iota(order.begin(), order.end(), 0);
@@ -337,7 +336,7 @@ Result<void> CliJsonImporter::insertObjects(ManagedObjectContext &context) {
     return {};
 }
 
-void CliJsonImporter::setLinks(bool &changed) {
+void JsonDocumentImporter::setLinks(bool &changed) {
     changed = false;
     for (Planned &planned : m_objects) {
         const auto &relationships = planned.entity->relationships();
@@ -352,7 +351,7 @@ void CliJsonImporter::setLinks(bool &changed) {
     }
 }
 
-void CliJsonImporter::setAttributes() {
+void JsonDocumentImporter::setAttributes() {
     for (Planned &planned : m_objects) {
         const auto &attributes = planned.entity->attributes();
         for (qsizetype i = 0; i < attributes.size(); ++i)
@@ -364,7 +363,7 @@ void CliJsonImporter::setAttributes() {
     }
 }
 
-Result<void> CliJsonImporter::verify() const {
+Result<void> JsonDocumentImporter::verify() const {
     for (const Planned &planned : m_objects) {
         if (ObjectGraph::visible(planned.object) != planned.object)
             return fault(objectPath(keyOf(planned)),
@@ -381,6 +380,6 @@ Result<void> CliJsonImporter::verify() const {
     return {};
 }
 
-QString CliJsonImporter::keyOf(const Planned &planned) const {
+QString JsonDocumentImporter::keyOf(const Planned &planned) const {
     return planned.entity->name() + u'/' + QString::number(planned.number);
 }

@@ -1,4 +1,4 @@
-#include "cli/CliJsonText.h"
+#include "importsync/json/JsonText.h"
 
 #include <QRegularExpression>
 
@@ -7,7 +7,7 @@
 #include <cmath>
 #include <limits>
 
-void CliJsonText::appendString(QByteArray &out, QStringView text) {
+void JsonText::appendString(QByteArray &out, QStringView text) {
     static const char hex[] = "0123456789abcdef";
     out.append('"');
     // Most texts are plain ASCII with nothing to escape: copied without a UTF-8 buffer.
@@ -55,17 +55,17 @@ void CliJsonText::appendString(QByteArray &out, QStringView text) {
     out.append('"');
 }
 
-QByteArray CliJsonText::quoted(QStringView text) {
+QByteArray JsonText::quoted(QStringView text) {
     QByteArray out;
     appendString(out, text);
     return out;
 }
 
-QString CliJsonText::dateText(const QDateTime &date) {
+QString JsonText::dateText(const QDateTime &date) {
     return date.toUTC().toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzz")) + u'Z';
 }
 
-std::optional<QDateTime> CliJsonText::parseDate(const QString &text) {
+std::optional<QDateTime> JsonText::parseDate(const QString &text) {
     static const QRegularExpression shape(
         QStringLiteral(R"(^\d{4}-\d{2}-\d{2}T\d{2}:\d{2}:\d{2}(\.\d{1,3})?(Z|[+-]\d{2}:\d{2})$)"));
     if (!shape.match(text).hasMatch())
@@ -76,7 +76,7 @@ std::optional<QDateTime> CliJsonText::parseDate(const QString &text) {
     return date.toUTC();
 }
 
-QByteArray CliJsonText::doubleLiteral(double value) {
+QByteArray JsonText::doubleLiteral(double value) {
     if (std::isnan(value))
         return QByteArrayLiteral("\"NaN\"");
     if (std::isinf(value))
@@ -86,7 +86,7 @@ QByteArray CliJsonText::doubleLiteral(double value) {
     return QByteArray(buffer, int(result.ptr - buffer));
 }
 
-std::optional<double> CliJsonText::parseSpecialDouble(const QString &text) {
+std::optional<double> JsonText::parseSpecialDouble(const QString &text) {
     if (text == QLatin1String("NaN"))
         return std::numeric_limits<double>::quiet_NaN();
     if (text == QLatin1String("Infinity"))
@@ -96,7 +96,7 @@ std::optional<double> CliJsonText::parseSpecialDouble(const QString &text) {
     return std::nullopt;
 }
 
-std::optional<Decimal> CliJsonText::parseDecimal(const QString &text) {
+std::optional<Decimal> JsonText::parseDecimal(const QString &text) {
     if (text == QLatin1String("NaN"))
         return Decimal::notANumber();
     const Decimal value = Decimal::fromString(text);

@@ -1,0 +1,105 @@
+#include "importsync/sample/SampleDocument.h"
+
+#include "importsync/json/JsonDocumentExporter.h"
+#include "importsync/json/JsonDocumentImporter.h"
+#include "store/TADocModel.h"
+#include "store/objectstore/EntityDescription.h"
+#include "store/objectstore/FetchRequest.h"
+#include "store/objectstore/ManagedObject.h"
+#include "store/objectstore/ManagedObjectContext.h"
+#include "store/objectstore/ManagedObjectModel.h"
+#include "store/objectstore/PersistentStore.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace {
+
+const QString kDocument = QStringLiteral(":/sample/Sample.tadb");
+const QString kAnchor = QStringLiteral(":/sample/Sample.anchor");
+
+Error missing(const QString &what) {
+    return Error{ErrorCode::FileMissing,
+                 QStringLiteral("The sample document is not part of this build (%1).").arg(what)};
+}
+
+bool isDesignEntity(const EntityDescription *entity) {
+    return entity->name().startsWith(QLatin1String("InvoiceTemplate")) ||
+           entity->name() == QLatin1String("InvoiceElement");
+}
+
+// The sample's interchange text, read from a scratch copy: SQLite opens files only.
+Result<QByteArray> sampleInterchange() {
+    QTemporaryDir folder;
+    if (!folder.isValid())
+        return Error{ErrorCode::WriteFailed, folder.errorString()};
+    const QString copy = folder.filePath(QStringLiteral("Sample.tadb"));
+    if (!QFile::exists(kDocument))
+        return missing(kDocument);
+    if (!QFile::copy(kDocument, copy) ||
+        !QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner))
+        return Error{ErrorCode::WriteFailed,
+                     QStringLiteral("The sample document could not be copied to %1.").arg(copy)};
+    PersistentStore::Options options;
+    options.readOnly = true;
+    auto store = PersistentStore::open(copy, TADocModel::model(), options);
+    if (!store)
+        return store.error();
+    ManagedObjectContext context(*store);
+    JsonDocumentExporter exporter(context);
+    return exporter.exportDocument();
+}
+
+} // namespace
+
+Result<QDate> SampleDocument::anchor() {
+    QFile file(kAnchor);
+    if (!file.open(QIODevice::ReadOnly))
+        return missing(kAnchor);
+    const QDate day = QDate::fromString(QString::fromLatin1(file.readAll().trimmed()), Qt::ISODate);
+    if (!day.isValid())
+        return Error{ErrorCode::FileDamaged, QStringLiteral("The sample's day is not a date.")};
+    return day;
+}
+
+Result<void> SampleDocument::copyInto(ManagedObjectContext &target, const QDateTime &now) {
+    auto day = anchor();
+    if (!day)
+        return day.error();
+    auto text = sampleInterchange();
+    if (!text)
+        return text.error();
+    JsonDocumentImporter importer;
+    if (auto read = importer.read(*text); !read)
+        return read;
+    if (auto built = importer.build(target); !built)
+        return built;
+    moveDates(target, day->daysTo(now.toLocalTime().date()));
+    return {};
+}
+
+void SampleDocument::moveDates(ManagedObjectContext &context, qint64 days) {
+    if (days == 0)
+        return;
+    for (const EntityDescription *entity : context.model()->entities()) {
+        if (entity->isAbstract() || isDesignEntity(entity))
+            continue;
+        QStringList dateKeys;
+        for (const AttributeDescription &attribute : entity->attributes())
+            if (attribute.type == AttributeType::Date && !attribute.transient)
+                dateKeys << attribute.name;
+        if (dateKeys.isEmpty())
+            continue;
+        FetchRequest request(entity->name());
+        request.includesSubentities = false;
+        auto objects = context.executeFetchRequest(request);
+        if (!objects)
+            continue;
+        for (ManagedObject *object : *objects)
+            for (const QString &key : dateKeys) {
+                const QDateTime date = object->primitiveValueForKey(key).toDateTime();
+                if (date.isValid())
+                    object->setPrimitiveValueForKey(date.addDays(days), key);
+            }
+    }
+}

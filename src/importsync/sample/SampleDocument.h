@@ -1,0 +1,25 @@
+#pragma once
+
+#include "store/objectstore/Result.h"
+
+#include <QDate>
+#include <QDateTime>
+
+class ManagedObjectContext;
+
+// The sample business a new user can explore. It is copied out of the compiled-in sample
+// document into a new one, so the shipped copy is never written to, and its dates move by
+// whole days so that the business looks as recent as on the day the sample was written.
+class SampleDocument {
+public:
+    // Copies every object of the sample into `target`, an empty context of a new store, and
+    // moves the dates so that the sample's day becomes the day of `now`.
+    static Result<void> copyInto(ManagedObjectContext &target, const QDateTime &now);
+
+    // The day the sample's dates are written relative to.
+    static Result<QDate> anchor();
+
+    // Moves every date of the business by whole days. The invoice designs keep theirs: a
+    // design's creation date tells the built-in set's order.
+    static void moveDates(ManagedObjectContext &context, qint64 days);
+};
