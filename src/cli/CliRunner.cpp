@@ -6,6 +6,8 @@
 #include "cli/CliInfoCommand.h"
 #include "cli/CliListCommand.h"
 #include "cli/CliNewCommand.h"
+#include "cli/CliPdfCommand.h"
+#include "cli/CliPngCommand.h"
 
 CliRunner::CliRunner() {
     m_commands.push_back(std::make_unique<CliNewCommand>());
@@ -13,6 +15,8 @@ CliRunner::CliRunner() {
     m_commands.push_back(std::make_unique<CliExportCommand>());
     m_commands.push_back(std::make_unique<CliImportCommand>());
     m_commands.push_back(std::make_unique<CliListCommand>());
+    m_commands.push_back(std::make_unique<CliPdfCommand>());
+    m_commands.push_back(std::make_unique<CliPngCommand>());
 }
 
 CliRunner::~CliRunner() = default;

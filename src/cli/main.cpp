@@ -3,11 +3,38 @@
 #include "invoicelayout/LMBuiltInTemplates.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 
 #include <cstdio>
+#include <cstring>
+#include <memory>
+
+namespace {
+// Commands that draw invoice pages need fonts, so a GUI application; with no platform named
+// it draws offscreen and needs no display.
+bool drawsPages(int argc, char *argv[]) {
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--now") == 0) {
+            ++i;
+            continue;
+        }
+        if (argv[i][0] == '-')
+            continue;
+        return std::strcmp(argv[i], "pdf") == 0 || std::strcmp(argv[i], "png") == 0;
+    }
+    return false;
+}
+} // namespace
 
 int main(int argc, char *argv[]) {
-    QCoreApplication app(argc, argv);
+    std::unique_ptr<QCoreApplication> app;
+    if (drawsPages(argc, argv)) {
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        app = std::make_unique<QGuiApplication>(argc, argv);
+    } else {
+        app = std::make_unique<QCoreApplication>(argc, argv);
+    }
     QCoreApplication::setOrganizationName(QStringLiteral("Ostrel"));
     QCoreApplication::setApplicationName(QStringLiteral("Billfold"));
     // New documents start with the built-in invoice designs, as in the desktop program.
@@ -15,5 +42,5 @@ int main(int argc, char *argv[]) {
     QTextStream out(stdout);
     QTextStream err(stderr);
     CliRunner runner;
-    return runner.run(app.arguments().mid(1), out, err);
+    return runner.run(QCoreApplication::arguments().mid(1), out, err);
 }

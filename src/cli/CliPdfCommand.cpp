@@ -1,0 +1,85 @@
+#include "cli/CliPdfCommand.h"
+
+#include "cli/CliArguments.h"
+#include "cli/CliDocument.h"
+#include "invoicelayout/render/LMInvoiceOutput.h"
+#include "store/entities/TAInvoice.h"
+
+#include <QDir>
+
+QString CliPdfCommand::usage() const {
+    return QStringLiteral(
+        "Usage: billfold-cli pdf FILE --invoice NUMBER -o OUT.pdf\n"
+        "       billfold-cli pdf FILE --all DIR\n\n"
+        "Draws invoices through their templates into PDF files, one page per sheet,\n"
+        "with selectable text. An invoice without a template gets the document's first.\n"
+        "  --invoice  the invoice number; -o names the file to write\n"
+        "  --all      every invoice into DIR (created when missing), named by number\n");
+}
+
+TAInvoice *CliPdfCommand::findInvoice(CliDocument &document, const QString &number) {
+    for (TAInvoice *invoice : document.database().getInvoices())
+        if (invoice->identification() == number)
+            return invoice;
+    return nullptr;
+}
+
+QString CliPdfCommand::fileNameFor(TAInvoice *invoice, int position) {
+    QString name = invoice->identification().trimmed();
+    if (name.isEmpty())
+        name = QStringLiteral("invoice-%1").arg(position);
+    name.replace(u'/', u'_').replace(u':', u'_').replace(u'\\', u'_');
+    return name + QStringLiteral(".pdf");
+}
+
+int CliPdfCommand::run(const QStringList &arguments, QTextStream &out, QTextStream &err) {
+    auto parsed = CliArguments::parse(
+        arguments, {QStringLiteral("--invoice"), QStringLiteral("-o"), QStringLiteral("--all")});
+    if (!parsed)
+        return usageError(err, parsed.error().message);
+    if (parsed->positional().size() != 1)
+        return usageError(err, QStringLiteral("expected one document file"));
+    const bool all = parsed->has(QStringLiteral("--all"));
+    const bool one = parsed->has(QStringLiteral("--invoice")) && parsed->has(QStringLiteral("-o"));
+    if (all == one)
+        return usageError(err, QStringLiteral("give either --invoice and -o, or --all"));
+
+    const QString path = parsed->positional()[0];
+    auto opened = CliDocument::open(path, true);
+    if (!opened)
+        return fail(err, path, opened.error().message, CliExit::FileUnusable);
+    CliDocument &document = **opened;
+    if (all)
+        return writeAll(document, parsed->value(QStringLiteral("--all")), out, err);
+
+    const QString number = parsed->value(QStringLiteral("--invoice"));
+    TAInvoice *invoice = findInvoice(document, number);
+    if (!invoice)
+        return fail(err, path, QStringLiteral("no invoice numbered '%1'").arg(number),
+                    CliExit::FileUnusable);
+    LMInvoiceOutput::assignFirstTemplateIfNone(invoice);
+    const QString target = parsed->value(QStringLiteral("-o"));
+    const LMInvoiceOutput::PdfResult result = LMInvoiceOutput::writePdf(invoice, target);
+    if (!result.ok)
+        return fail(err, target, result.error, CliExit::FileUnusable);
+    out << target << ": " << result.pages << (result.pages == 1 ? " page\n" : " pages\n");
+    return CliExit::Ok;
+}
+
+int CliPdfCommand::writeAll(CliDocument &document, const QString &folder, QTextStream &out,
+                            QTextStream &err) {
+    if (!QDir().mkpath(folder))
+        return fail(err, folder, QStringLiteral("cannot create the folder"), CliExit::FileUnusable);
+    const QDir dir(folder);
+    int position = 0;
+    for (TAInvoice *invoice : document.database().getInvoices()) {
+        ++position;
+        LMInvoiceOutput::assignFirstTemplateIfNone(invoice);
+        const QString target = dir.filePath(fileNameFor(invoice, position));
+        const LMInvoiceOutput::PdfResult result = LMInvoiceOutput::writePdf(invoice, target);
+        if (!result.ok)
+            return fail(err, target, result.error, CliExit::FileUnusable);
+        out << target << ": " << result.pages << (result.pages == 1 ? " page\n" : " pages\n");
+    }
+    return CliExit::Ok;
+}

@@ -1,0 +1,86 @@
+#include "invoicelayout/render/LMInvoiceMail.h"
+
+#include "invoicelayout/render/LMInvoiceOutput.h"
+#include "store/entities/TAClient.h"
+#include "store/entities/TAInvoice.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QProcess>
+#include <QUrl>
+
+namespace {
+QString tr(const char *text) {
+    return QCoreApplication::translate("LMInvoiceMail", text);
+}
+
+// A display name in double quotes, with backslashes and quotes escaped, so that commas and
+// quotation marks in a name cannot split the recipient.
+QString quotedName(const QString &name) {
+    QString escaped = name;
+    escaped.replace(u'\\', QLatin1String("\\\\")).replace(u'"', QLatin1String("\\\""));
+    return u'"' + escaped + u'"';
+}
+} // namespace
+
+QString LMInvoiceMail::subjectForNumber(const QString &identification) {
+    const QString word = tr("Invoice");
+    if (identification.isEmpty())
+        return word;
+    return QStringLiteral("%1 %2").arg(word, identification);
+}
+
+QStringList LMInvoiceMail::mailArguments(const QString &subject, const QString &attachment,
+                                         const QString &recipientName,
+                                         const QString &recipientAddress) {
+    QStringList arguments{QStringLiteral("--subject"), subject, QStringLiteral("--attach"),
+                          attachment};
+    if (!recipientName.isEmpty() && !recipientAddress.isEmpty())
+        arguments.append(
+            QStringLiteral("%1 <%2>").arg(quotedName(recipientName), recipientAddress));
+    return arguments;
+}
+
+QStringList LMInvoiceMail::mailArgumentsForInvoice(TAInvoice *invoice, const QString &attachment) {
+    QString name;
+    QString address;
+    if (const TAClient *client = invoice ? invoice->client() : nullptr) {
+        name = client->displayName();
+        address = client->emailValue();
+    }
+    return mailArguments(subjectForNumber(invoice ? invoice->identification() : QString()),
+                         attachment, name, address);
+}
+
+bool LMInvoiceMail::runProcess(const QString &program, const QStringList &arguments) {
+    QProcess process;
+    process.start(program, arguments);
+    if (!process.waitForStarted())
+        return false;
+    process.waitForFinished(-1);
+    return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+}
+
+bool LMInvoiceMail::send(TAInvoice *invoice, const Runner &runner) {
+    const QString path = LMInvoiceOutput::generateTemporaryPdf(invoice);
+    if (path.isEmpty() || !QFileInfo::exists(path))
+        return false;
+    return runner(QStringLiteral("xdg-email"), mailArgumentsForInvoice(invoice, path));
+}
+
+bool LMInvoiceMail::openWithDesktop(const QString &path) {
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+}
+
+LMInvoiceMail::Alert LMInvoiceMail::previewErrorAlert() {
+    return Alert{tr("Preview error"), tr("Unable to open invoice preview."), tr("OK")};
+}
+
+std::optional<LMInvoiceMail::Alert> LMInvoiceMail::preview(TAInvoice *invoice,
+                                                           const Opener &opener) {
+    const QString path = LMInvoiceOutput::generateTemporaryPdf(invoice);
+    if (!path.isEmpty() && QFileInfo::exists(path) && opener(path))
+        return std::nullopt;
+    return previewErrorAlert();
+}

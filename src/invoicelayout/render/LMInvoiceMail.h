@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+class TAInvoice;
+
+// Hands an invoice to the user's mail program as a new visible message with a subject, the
+// client as recipient when known, and the PDF attached; and opens the PDF for a preview.
+class LMInvoiceMail {
+public:
+    struct Alert {
+        QString title;
+        QString text;
+        QString button;
+        bool operator==(const Alert &) const = default;
+    };
+
+    // "Invoice", followed by the number when there is one.
+    static QString subjectForNumber(const QString &identification);
+    // The arguments of xdg-email. The recipient is added only when both name and address are
+    // known, as a quoted display name before the address in angle brackets.
+    static QStringList mailArguments(const QString &subject, const QString &attachment,
+                                     const QString &recipientName, const QString &recipientAddress);
+    static QStringList mailArgumentsForInvoice(TAInvoice *invoice, const QString &attachment);
+
+    // Runs a program with arguments (no shell) and answers whether it exited with status 0.
+    using Runner = std::function<bool(const QString &program, const QStringList &arguments)>;
+    static bool runProcess(const QString &program, const QStringList &arguments);
+
+    // Writes the temporary PDF and starts the mail program on it; false when the file is
+    // missing or the mail program failed. The caller decides what a failure sounds like.
+    static bool send(TAInvoice *invoice, const Runner &runner = runProcess);
+
+    // Opens the temporary PDF with the desktop's viewer; the alert to show when that fails.
+    using Opener = std::function<bool(const QString &path)>;
+    static bool openWithDesktop(const QString &path);
+    static std::optional<Alert> preview(TAInvoice *invoice, const Opener &opener = openWithDesktop);
+    static Alert previewErrorAlert();
+
+private:
+    LMInvoiceMail() = delete;
+};

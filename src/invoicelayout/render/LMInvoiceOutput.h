@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QImage>
+#include <QString>
+
+class LMInvoiceTemplateClass;
+class TAInvoice;
+
+// An invoice leaves the program as a PDF file or as a picture of one page, both drawn by a
+// render-only LMInvoiceView at the template's page size.
+class LMInvoiceOutput {
+public:
+    struct PdfResult {
+        bool ok = false;
+        QString error;
+        int pages = 0;
+    };
+
+    // Writes all pages; the document title is the invoice number. Text stays text, with the
+    // fonts embedded.
+    static PdfResult writePdf(TAInvoice *invoice, const QString &path);
+    // Page from 1, `scale` pixels per point; the null image for a page that does not exist.
+    static QImage renderPage(TAInvoice *invoice, int page, double scale = 1);
+    static int pageCount(TAInvoice *invoice);
+
+    // The fixed "invoice.pdf" in the temporary folder, written for the invoice after giving it
+    // the document's first template when it has none. The path comes back whatever the
+    // writing did: a caller checks that the file is there.
+    static QString generateTemporaryPdf(TAInvoice *invoice);
+    static QString temporaryPdfPath(const QString &name);
+    // An invoice without a template gets the first of the document's templates.
+    static void assignFirstTemplateIfNone(TAInvoice *invoice);
+
+private:
+    LMInvoiceOutput() = delete;
+};

@@ -1,0 +1,41 @@
+#include "invoicelayout/render/print/LMInvoicePrinter.h"
+
+#include "invoicelayout/render/LMInvoiceOutput.h"
+#include "invoicelayout/render/LMInvoiceView.h"
+#include "store/entities/LMInvoiceTemplateClass.h"
+#include "store/entities/TAInvoice.h"
+
+#include <QPageSize>
+#include <QPainter>
+#include <QPrinter>
+
+bool LMInvoicePrinter::print(TAInvoice *invoice, QPrinter *printer) {
+    if (!invoice || !printer)
+        return false;
+    LMInvoiceOutput::assignFirstTemplateIfNone(invoice);
+    LMInvoiceView view;
+    view.setIsRenderOnlyView(true);
+    view.setInvoice(invoice);
+    LMInvoiceTemplateClass *invoiceTemplate = invoice->invoiceTemplate();
+    const QSizeF size =
+        invoiceTemplate ? invoiceTemplate->pageSize()
+                        : LMInvoiceTemplateClass::defaultPaperSize(invoice->managedObjectContext());
+    view.setRenderOnlyPageSize(size);
+    printer->setPageSize(QPageSize(size, QPageSize::Point));
+    printer->setPageMargins(QMarginsF(0, 0, 0, 0), QPageLayout::Point);
+    printer->setFullPage(true);
+    printer->setDocName(invoice->identification());
+    QPainter painter;
+    if (!painter.begin(printer))
+        return false;
+    // Points to printer dots, fitted to the height the printer can print.
+    const double scale = printer->pageRect(QPrinter::DevicePixel).height() / size.height();
+    painter.scale(scale, scale);
+    view.beginPass();
+    for (int page = 1; page <= view.requiredNumberOfPages(); ++page) {
+        if (page > 1)
+            printer->newPage();
+        view.drawPage(&painter, page);
+    }
+    return painter.end();
+}
