@@ -7,6 +7,8 @@
 #include "store/objectstore/SqliteConnection.h"
 #include "store/objectstore/UndoManager.h"
 
+#include <QTimer>
+
 ManagedObjectContext::ManagedObjectContext(std::shared_ptr<PersistentStore> store, QObject *parent)
     : QObject(parent)
     , m_store(std::move(store))
@@ -122,6 +124,13 @@ void ManagedObjectContext::notePending(ManagedObject *object, quint8 bit) {
     if (object->m_pending & bit)
         return;
     object->m_pending |= bit;
+    if (m_autoProcess && !m_processScheduled) {
+        m_processScheduled = true;
+        QTimer::singleShot(0, this, [this] {
+            m_processScheduled = false;
+            processPendingChanges();
+        });
+    }
     QList<ManagedObject *> &list = bit == PendingInserted  ? m_pending.inserted
                                    : bit == PendingUpdated ? m_pending.updated
                                                            : m_pending.deleted;

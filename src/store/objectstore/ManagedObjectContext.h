@@ -64,6 +64,10 @@ public:
                                                   const QVariantMap &variables) const;
 
     void processPendingChanges();
+    // With this on, changes are also announced once the event loop next runs, the way a
+    // user's edit reaches observers after the event that made it. Off by default: a context
+    // of a worker thread or of a test announces when it is told to.
+    void setProcessesPendingChangesAutomatically(bool automatic) { m_autoProcess = automatic; }
     bool hasChanges() const;
     QList<ManagedObject *> insertedObjects() const;
     QList<ManagedObject *> updatedObjects() const;
@@ -133,5 +137,7 @@ private:
     QSet<ManagedObject *> m_touchedByUndo;
     qint64 m_nextTemporary = 1;
     bool m_loading = false;
+    bool m_autoProcess = false;
+    bool m_processScheduled = false;
     std::optional<Error> m_lastLoadError;
 };

@@ -1,0 +1,474 @@
+#include "store/document/TADocument.h"
+
+#include "billing/TAInvoiceCacheRequests.h"
+#include "billing/money/OTFunctions.h"
+#include "store/TADocModel.h"
+#include "store/TAGlobal.h"
+#include "store/document/OTVersionManager.h"
+#include "store/document/TADocModelVersions.h"
+#include "store/document/TADocumentController.h"
+#include "store/document/TADocumentJobs.h"
+#include "store/document/TADocumentWindow.h"
+#include "store/document/TAInvoiceCacheUpdater.h"
+#include "store/entities/TAPreferences.h"
+#include "store/objectstore/ManagedObjectContext.h"
+#include "store/objectstore/PersistentStore.h"
+#include "store/objectstore/UndoManager.h"
+
+#include <QFileInfo>
+#include <QUrl>
+#include <QtDebug>
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace {
+
+int g_autosaveDelay = 30 * 1000;
+
+bool fileIsImmutable(const QString &path) {
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return false;
+    int flags = 0;
+    const bool known = ::ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0;
+    ::close(fd);
+    return known && (flags & FS_IMMUTABLE_FL);
+}
+
+TADocumentWindow &noWindow() {
+    static TADocumentWindow nothing;
+    return nothing;
+}
+
+} // namespace
+
+TADocument::TADocument(QObject *parent)
+    : QObject(parent)
+    , m_updater(std::make_unique<TAInvoiceCacheUpdater>(*this)) {
+    m_database.setDocument(this);
+    m_autosaveTimer.setSingleShot(true);
+    connect(&m_autosaveTimer, &QTimer::timeout, this,
+            [this] { (void)autosaveWithImplicitCancellability(); });
+}
+
+TADocument::~TADocument() {
+    stopTimers();
+    m_updater->setCacheUpdaterEnabled(false);
+    m_updater->stop();
+    if (m_context)
+        TAInvoiceCacheRequests::setQueueForContext(m_context.get(), nullptr);
+    m_database.setContext(nullptr);
+}
+
+OTVersionManager &TADocument::versionManager() {
+    static OTVersionManager *manager = [] {
+        auto *made = new OTVersionManager;
+        TADocModelVersions::registerVersions(*made);
+        return made;
+    }();
+    return *manager;
+}
+
+void TADocument::setAutosaveDelay(int milliseconds) {
+    g_autosaveDelay = milliseconds;
+}
+
+const ManagedObjectModel &TADocument::managedObjectModel() {
+    return TADocModel::model();
+}
+
+// --- Reading --------------------------------------------------------------------------------
+
+Result<void> TADocument::readFromURL(const QString &path, bool readOnly) {
+    PersistentStore::Options options;
+    options.readOnly = readOnly;
+    // Files of earlier versions are brought up to date by the store as they open.
+    options.olderModels = TADocModelVersions::olderModels();
+    auto store = PersistentStore::open(path, managedObjectModel(), options);
+    if (!store)
+        return store.error();
+    bindStore(*store);
+    recordSavedModificationDate();
+    return {};
+}
+
+Result<void> TADocument::initUntitled() {
+    auto store = PersistentStore::createInMemory(managedObjectModel());
+    if (!store)
+        return store.error();
+    bindStore(*store);
+    return {};
+}
+
+void TADocument::bindStore(std::shared_ptr<PersistentStore> store) {
+    m_store = std::move(store);
+    setManagedObjectContext(std::make_unique<ManagedObjectContext>(m_store));
+}
+
+void TADocument::setManagedObjectContext(std::unique_ptr<ManagedObjectContext> context) {
+    m_updater->setCacheUpdaterEnabled(false);
+    setUndoWindowEnabled(false);
+    window() ? window()->observeCalendarStore(false) : void();
+    m_updater->stop();
+    if (m_context)
+        TAInvoiceCacheRequests::setQueueForContext(m_context.get(), nullptr);
+    m_database.setContext(nullptr);
+    m_context = std::move(context);
+    if (!m_context)
+        return;
+    m_store = m_context->sharedStore();
+    m_context->setProcessesPendingChangesAutomatically(true);
+    TAInvoiceCacheRequests::install();
+    TAInvoiceCacheRequests::setQueueForContext(m_context.get(), m_updater.get());
+    m_database.setContext(m_context.get());
+    connectUndoManager();
+    m_updater->setCacheUpdaterEnabled(true);
+    setUndoWindowEnabled(true);
+    window() ? window()->observeCalendarStore(true) : void();
+}
+
+void TADocument::connectUndoManager() {
+    for (const auto &connection : std::as_const(m_changeCountConnections))
+        disconnect(connection);
+    UndoManager *undo = m_context->undoManager();
+    m_lastUndoCount = undo->undoCount();
+    m_changeCountConnections = {connect(undo, &UndoManager::didCloseUndoGroup, this,
+                                        [this, undo] {
+                                            const bool stepAdded =
+                                                undo->undoCount() > m_lastUndoCount;
+                                            m_lastUndoCount = undo->undoCount();
+                                            if (stepAdded && undo->groupingLevel() == 0 &&
+                                                !undo->isUndoing() && !undo->isRedoing())
+                                                updateChangeCount(ChangeDone);
+                                        }),
+                                connect(undo, &UndoManager::didUndo, this,
+                                        [this, undo] {
+                                            m_lastUndoCount = undo->undoCount();
+                                            updateChangeCount(ChangeUndone);
+                                        }),
+                                connect(undo, &UndoManager::didRedo, this, [this, undo] {
+                                    m_lastUndoCount = undo->undoCount();
+                                    updateChangeCount(ChangeRedone);
+                                })};
+}
+
+// --- Opening --------------------------------------------------------------------------------
+
+void TADocument::windowControllerDidLoadNib() {
+    TADocumentWindow &shell = m_window ? *m_window : noWindow();
+    // 1-2: the cache queue exists from construction; the database has the context.
+    m_database.setContext(m_context.get());
+    m_database.deleteUnassignedTimers();
+    resetPreferences();
+    // 3-5
+    shell.makeSectionControllers(*this);
+    if (TAGlobal::markAsEdited()) {
+        updateChangeCount(ChangeDone);
+        TAGlobal::setMarkAsEdited(false);
+    }
+    shell.fillTabs();
+    // 6: nothing of the opening itself can be undone.
+    m_context->processPendingChanges();
+    m_context->undoManager()->removeAllActions();
+    m_lastUndoCount = 0;
+    // 7-9
+    if (!TADocumentController::isInVersions() && !TADocumentController::isReverting())
+        setUndoWindowEnabled(true);
+    shell.showStatusMenu();
+    startTimers();
+    // 10
+    updateRecurringInvoices();
+    updateCurrencies();
+    updateInvoicesCache();
+    m_updater->setCacheUpdaterEnabled(true);
+    m_updater->setNeedsUpdateCache(false);
+    // 11
+    shell.observeCalendarStore(true);
+    QTimer::singleShot(2000, this,
+                       [this] { TADocumentJobs::instance().calendarsDidChange(*this); });
+    // 12
+    reloadSidebar();
+    scheduleAutosaving();
+    // 13: what every document needs; a new file gets them here. Enabling undo again marks
+    // the document changed, whatever was opened.
+    m_database.disableUndoRegistration();
+    m_database.getDefaultCurrency();
+    m_database.getTemplates();
+    m_database.enableUndoRegistration();
+}
+
+void TADocument::startTimers() {
+    stopTimers();
+    m_recurringInvoiceTimer = new QTimer(this);
+    m_recurringInvoiceTimer->setInterval(kRecurringInterval);
+    connect(m_recurringInvoiceTimer, &QTimer::timeout, this, &TADocument::updateRecurringInvoices);
+    m_recurringInvoiceTimer->start();
+    m_currenciesUpdateTimer = new QTimer(this);
+    m_currenciesUpdateTimer->setInterval(kCurrenciesInterval);
+    connect(m_currenciesUpdateTimer, &QTimer::timeout, this, &TADocument::updateCurrencies);
+    m_currenciesUpdateTimer->start();
+}
+
+void TADocument::stopTimers() {
+    delete m_recurringInvoiceTimer;
+    m_recurringInvoiceTimer = nullptr;
+    delete m_currenciesUpdateTimer;
+    m_currenciesUpdateTimer = nullptr;
+}
+
+bool TADocument::timersRunning() const {
+    return m_recurringInvoiceTimer && m_recurringInvoiceTimer->isActive() &&
+           m_currenciesUpdateTimer && m_currenciesUpdateTimer->isActive();
+}
+
+void TADocument::updateRecurringInvoices() {
+    // A locked file gets no invoices it did not ask for.
+    if (!isLockedOrInReadOnlyMode())
+        TADocumentJobs::instance().updateRecurringInvoices(*this);
+}
+
+void TADocument::updateCurrencies() {
+    TADocumentJobs::instance().updateCurrencies(*this);
+}
+
+void TADocument::updateInvoicesCache() {
+    m_updater->updateInvoicesCache();
+}
+
+// --- Saving ---------------------------------------------------------------------------------
+
+QString TADocument::fileURL() const {
+    return m_store ? m_store->path() : QString();
+}
+
+void TADocument::updateChangeCount(int change) {
+    switch (change) {
+    case ChangeDone:
+    case ChangeRedone:
+        ++m_changeCount;
+        break;
+    case ChangeUndone:
+        --m_changeCount;
+        break;
+    case ChangeCleared:
+        m_changeCount = 0;
+        break;
+    }
+    if (m_changeCount != 0)
+        scheduleAutosaving();
+}
+
+void TADocument::scheduleAutosaving() {
+    if (isDocumentEdited() && !fileURL().isEmpty() && !isLockedOrInReadOnlyMode() &&
+        !m_autosaveTimer.isActive())
+        m_autosaveTimer.start(g_autosaveDelay);
+}
+
+bool TADocument::autosaveWithImplicitCancellability() {
+    if (isLockedOrInReadOnlyMode() || fileURL().isEmpty() || !isDocumentEdited())
+        return false;
+    if (auto saved = save(); !saved) {
+        willPresentError(saved.error());
+        return false;
+    }
+    return true;
+}
+
+Result<void> TADocument::save() {
+    if (!m_context)
+        return Error{ErrorCode::WriteFailed, tr("The document has nothing to save.")};
+    if (fileURL().isEmpty())
+        return Error{ErrorCode::WriteFailed, tr("The document has no file yet.")};
+    if (auto saved = m_context->save(); !saved)
+        return saved;
+    recordSavedModificationDate();
+    updateChangeCount(ChangeCleared);
+    m_autosaveTimer.stop();
+    return {};
+}
+
+Result<void> TADocument::saveAs(const QString &path) {
+    if (!m_context)
+        return Error{ErrorCode::WriteFailed, tr("The document has nothing to save.")};
+    if (auto allowed = panel(nullptr, path); !allowed)
+        return allowed;
+    if (auto saved = m_context->save(); !saved)
+        return saved;
+    if (auto written = m_store->saveAs(path); !written)
+        return written;
+    recordSavedModificationDate();
+    updateChangeCount(ChangeCleared);
+    m_autosaveTimer.stop();
+    return {};
+}
+
+Result<void> TADocument::panel(const QObject *sender, const QString &validateURL) const {
+    (void)sender;
+    const QString target = QFileInfo(validateURL).absoluteFilePath();
+    for (const TADocument *other : TADocumentController::sharedDocumentController().documents())
+        if (other != this && !other->fileURL().isEmpty() &&
+            QFileInfo(other->fileURL()).absoluteFilePath() == target)
+            return Error{kFileIsOpenCode,
+                         tr("Another file saved in this location is already opened. Please close "
+                            "it and try again.")};
+    return {};
+}
+
+void TADocument::recordSavedModificationDate() {
+    const QString path = fileURL();
+    m_fileModificationDate = path.isEmpty() ? QDateTime() : QFileInfo(path).lastModified();
+}
+
+void TADocument::replaceRecordedModificationDate() {
+    // A save past the regular path: the date is looked up where nothing is found, so it
+    // becomes null and the check for changes by other programs stays quiet until the next
+    // regular save, instead of warning about our own write.
+    m_fileModificationDate = QFileInfo(QUrl::fromLocalFile(fileURL()).toString()).lastModified();
+}
+
+bool TADocument::fileWasChangedByAnotherProgram() const {
+    if (m_fileModificationDate.isNull() || fileURL().isEmpty())
+        return false;
+    return QFileInfo(fileURL()).lastModified() > m_fileModificationDate;
+}
+
+bool TADocument::isLockedOrInReadOnlyMode() const {
+    if (!m_store || m_store->isInMemory())
+        return false;
+    return m_store->isReadOnly() || isInViewingMode() || fileIsImmutable(m_store->path());
+}
+
+bool TADocument::isInVersionsBrowsing() const {
+    return TADocumentController::isInVersions();
+}
+
+void TADocument::willPresentError(const Error &error) const {
+    qWarning().noquote() << QStringLiteral("ERROR: %1").arg(error.message);
+}
+
+// --- Password and preferences ---------------------------------------------------------------
+
+TAPreferences *TADocument::preferences() {
+    if (!m_preferences)
+        m_preferences = m_database.getPreferences();
+    return m_preferences;
+}
+
+bool TADocument::isLockedWithPassword() {
+    const TAPreferences *prefs = preferences();
+    if (!prefs || OTFunctions::isEmptyString(prefs->password()))
+        return false;
+    return !m_passwordEntered;
+}
+
+void TADocument::unlock() {
+    unlockWithoutReload();
+    reloadSidebar();
+}
+
+void TADocument::reloadSidebar() {
+    if (m_window)
+        m_window->reloadSidebar(isLockedWithPassword());
+}
+
+// --- Undo window ----------------------------------------------------------------------------
+
+void TADocument::setUndoWindowEnabled(bool enabled) {
+    for (const auto &connection : std::as_const(m_undoWindowConnections))
+        disconnect(connection);
+    m_undoWindowConnections.clear();
+    m_undoWindowEnabled = enabled && m_context;
+    if (!m_undoWindowEnabled)
+        return;
+    UndoManager *undo = m_context->undoManager();
+    auto shell = [this]() -> TADocumentWindow & { return m_window ? *m_window : noWindow(); };
+    m_undoWindowConnections = {connect(undo, &UndoManager::willUndo, this,
+                                       [shell] { shell().undoManagerWillUndoOrRedo(); }),
+                               connect(undo, &UndoManager::willRedo, this,
+                                       [shell] { shell().undoManagerWillUndoOrRedo(); }),
+                               connect(undo, &UndoManager::didUndo, this,
+                                       [this, shell, undo] {
+                                           m_context->processPendingChanges();
+                                           shell().undoManagerDidUndo(undo->redoActionName());
+                                           reloadSidebar();
+                                       }),
+                               connect(undo, &UndoManager::didRedo, this, [this, shell, undo] {
+                                   m_context->processPendingChanges();
+                                   shell().undoManagerDidRedo(undo->undoActionName());
+                                   reloadSidebar();
+                               })};
+}
+
+// --- Cloud merge ----------------------------------------------------------------------------
+
+void TADocument::prepareForICloudMerge() {
+    m_database.disableUndoRegistration();
+}
+
+void TADocument::iCloudChangedMerged() {
+    resetPreferences();
+    reloadSidebar();
+    TADocumentJobs::instance().reloadTimersPool();
+    replaceRecordedModificationDate();
+    m_database.enableUndoRegistration();
+}
+
+// --- Revert and close -----------------------------------------------------------------------
+
+void TADocument::disableDocumentStuff() {
+    m_updater->setCacheUpdaterEnabled(false);
+    setUndoWindowEnabled(false);
+    if (m_window)
+        m_window->detachTemplateList();
+    stopTimers();
+    if (m_window)
+        m_window->observeCalendarStore(false);
+    TADocumentJobs::instance().deleteTimersFromContext(m_context.get());
+}
+
+Result<void> TADocument::revertToContentsOfURL() {
+    const QString path = fileURL();
+    if (path.isEmpty())
+        return Error{ErrorCode::FileMissing, tr("The document has no file to revert to.")};
+    TADocumentController::setReverting(true);
+    disableDocumentStuff();
+    if (m_window) {
+        m_window->detachTemplateList();
+        m_window->cleanControllers();
+    }
+    m_updater->stop();
+    m_updater->resetCacheUpdater();
+    const bool readOnly = m_store && m_store->isReadOnly();
+    setManagedObjectContext(nullptr);
+    m_store.reset();
+    Result<void> read = readFromURL(path, readOnly);
+    TADocumentController::setReverting(false);
+    if (!read)
+        return read;
+    updateChangeCount(ChangeCleared);
+    windowControllerDidLoadNib();
+    replaceRecordedModificationDate();
+    return {};
+}
+
+bool TADocument::windowShouldClose() {
+    TADocumentJobs::instance().deleteTimersFromContext(m_context.get());
+    if (m_window) {
+        TADocumentController &controller = TADocumentController::sharedDocumentController();
+        if (controller.currentDocument() == this || controller.documentsCount() <= 1)
+            m_window->removeActionMenu();
+        if (controller.documentsCount() <= 1)
+            m_window->hideStatusMenu();
+        m_window->detachPreferencesWindow();
+        m_window->cleanControllers();
+    }
+    setUndoWindowEnabled(false);
+    m_updater->setCacheUpdaterEnabled(false);
+    m_updater->stop();
+    stopTimers();
+    m_autosaveTimer.stop();
+    return true;
+}

@@ -1,0 +1,126 @@
+#include "store/document/TADocumentController.h"
+
+#include "store/TAGlobal.h"
+#include "store/document/TADocument.h"
+#include "store/document/TADocumentJobs.h"
+
+#include <QFileInfo>
+
+namespace {
+bool g_reverting = false;
+TADocumentJobs *g_jobs = nullptr;
+} // namespace
+
+TADocumentJobs &TADocumentJobs::instance() {
+    static TADocumentJobs nothing;
+    return g_jobs ? *g_jobs : nothing;
+}
+
+void TADocumentJobs::setInstance(TADocumentJobs *jobs) {
+    g_jobs = jobs;
+}
+
+TADocumentController::TADocumentController() {
+    TAGlobal::setDocumentRegistry(this);
+}
+
+TADocumentController &TADocumentController::sharedDocumentController() {
+    static TADocumentController *shared = new TADocumentController;
+    return *shared;
+}
+
+bool TADocumentController::isReverting() {
+    return g_reverting;
+}
+
+void TADocumentController::setReverting(bool reverting) {
+    g_reverting = reverting;
+}
+
+Result<TADocument *> TADocumentController::openDocumentWithContentsOfURL(const QString &path,
+                                                                         bool readOnly) {
+    if (TADocument *open = documentForURL(path))
+        return open;
+    auto document = std::make_unique<TADocument>();
+    if (auto read = document->readFromURL(path, readOnly); !read)
+        return read.error();
+    return addOpened(std::move(document));
+}
+
+Result<TADocument *> TADocumentController::openUntitledDocument() {
+    auto document = std::make_unique<TADocument>();
+    if (auto made = document->initUntitled(); !made)
+        return made.error();
+    return addOpened(std::move(document));
+}
+
+Result<TADocument *> TADocumentController::addOpened(std::unique_ptr<TADocument> document) {
+    TADocument *opened = document.get();
+    m_documents.push_back(std::move(document));
+    if (m_windowFactory)
+        opened->setWindow(m_windowFactory(*opened));
+    opened->windowControllerDidLoadNib();
+    m_current = opened;
+    return opened;
+}
+
+void TADocumentController::closeDocument(TADocument *document) {
+    for (auto it = m_documents.begin(); it != m_documents.end(); ++it) {
+        if (it->get() != document)
+            continue;
+        document->windowShouldClose();
+        std::unique_ptr<TADocument> closing = std::move(*it);
+        m_documents.erase(it);
+        if (m_current == document)
+            m_current = m_documents.empty() ? nullptr : m_documents.back().get();
+        return;
+    }
+}
+
+QList<TADocument *> TADocumentController::documents() const {
+    QList<TADocument *> list;
+    for (const auto &document : m_documents)
+        list.append(document.get());
+    return list;
+}
+
+TADocument *TADocumentController::documentForURL(const QString &path) const {
+    const QString wanted = QFileInfo(path).absoluteFilePath();
+    for (const auto &document : m_documents)
+        if (!document->fileURL().isEmpty() &&
+            QFileInfo(document->fileURL()).absoluteFilePath() == wanted)
+            return document.get();
+    return nullptr;
+}
+
+TADocument *TADocumentController::currentDocument() const {
+    return m_current;
+}
+
+TADocument *
+TADocumentController::documentForRootContext(const ManagedObjectContext *context) const {
+    for (const auto &document : m_documents)
+        if (context && document->managedObjectContext() == context)
+            return document.get();
+    return nullptr;
+}
+
+TADocument *TADocumentController::documentOfWindow(const QObject *) const {
+    return nullptr;
+}
+
+const QObject *TADocumentController::parentWindow(const QObject *) const {
+    return nullptr;
+}
+
+const QObject *TADocumentController::windowOfView(const QObject *) const {
+    return nullptr;
+}
+
+int TADocumentController::documentsCount() const {
+    return int(m_documents.size());
+}
+
+ManagedObjectContext *TADocumentController::contextOfDocument(const TADocument *document) const {
+    return document ? document->managedObjectContext() : nullptr;
+}

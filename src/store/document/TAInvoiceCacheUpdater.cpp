@@ -1,0 +1,226 @@
+#include "store/document/TAInvoiceCacheUpdater.h"
+
+#include "store/TAContextDatabase.h"
+#include "store/document/TADocument.h"
+#include "store/document/TADocumentWindow.h"
+#include "store/entities/TAInvoice.h"
+#include "store/entities/TAKeys.h"
+#include "store/entities/TARecurringInvoice.h"
+#include "store/objectstore/ManagedObjectContext.h"
+#include "store/objectstore/PersistentStore.h"
+
+#include <QPointer>
+
+namespace {
+
+const QString kObjectID = QStringLiteral("objectID");
+
+const QStringList &cachedKeys() {
+    static const QStringList keys{TAKey::subTotal,  TAKey::itemTaxes, TAKey::totalDiscount,
+                                  TAKey::totalTax2, TAKey::total,     TAKey::totalTaxes};
+    return keys;
+}
+
+QVariantMap valueRecord(const TAInvoice *invoice) {
+    QVariantMap record{{kObjectID, QVariant::fromValue(invoice->objectID())}};
+    for (const QString &key : cachedKeys())
+        record.insert(key, invoice->valueForKey(key));
+    return record;
+}
+
+QList<TAInvoice *> allInvoices(ManagedObjectContext *context) {
+    // What the totals read, loaded table by table rather than link by link.
+    for (const QString &entity : {TAEntity::Item, TAEntity::Currency, TAEntity::Preferences})
+        (void)context->loadEntity(entity);
+    QList<TAInvoice *> invoices = TAContextDatabase::getInvoicesInContext(context);
+    for (TARecurringInvoice *recurring : TAContextDatabase::getRecurringInvoicesInContext(context))
+        invoices.append(recurring);
+    return invoices;
+}
+
+QList<TAInvoice *> invoicesWithIDs(const QList<ObjectID> &ids, ManagedObjectContext *context) {
+    QList<TAInvoice *> invoices;
+    for (const ObjectID &id : ids) // one deleted since the request is simply not found
+        if (auto *invoice = dynamic_cast<TAInvoice *>(context->existingObjectWithID(id)))
+            invoices.append(invoice);
+    return invoices;
+}
+
+// Runs on the worker. Reads only: the private context is never saved.
+void computeTotals(const std::shared_ptr<PersistentStore> &store, const QList<ObjectID> &ids,
+                   bool everything, QPointer<TAInvoiceCacheUpdater> receiver,
+                   const std::shared_ptr<std::atomic_bool> &cancelled) {
+    {
+        ManagedObjectContext context(store);
+        context.setUndoManager(nullptr);
+        const QList<TAInvoice *> invoices =
+            everything ? allInvoices(&context) : invoicesWithIDs(ids, &context);
+        for (TAInvoice *invoice : invoices) {
+            if (cancelled->load())
+                return;
+            invoice->updateCachedValues();
+            QMetaObject::invokeMethod(
+                receiver.data(),
+                [receiver, record = valueRecord(invoice)] {
+                    if (receiver)
+                        receiver->updateInvoiceChachedValues(record);
+                },
+                Qt::QueuedConnection);
+        }
+    }
+    QMetaObject::invokeMethod(
+        receiver.data(),
+        [receiver] {
+            if (receiver)
+                receiver->onOperationFinished();
+        },
+        Qt::QueuedConnection);
+}
+
+} // namespace
+
+TAInvoiceCacheUpdater::TAInvoiceCacheUpdater(TADocument &document)
+    : m_document(document)
+    , m_cancelled(std::make_shared<std::atomic_bool>(false)) {
+    m_queue.setMaxThreadCount(1);
+    m_queue.setExpiryTimeout(-1);
+}
+
+TAInvoiceCacheUpdater::~TAInvoiceCacheUpdater() {
+    stop();
+}
+
+bool TAInvoiceCacheUpdater::isLockedOrInReadOnlyMode() const {
+    return m_document.isLockedOrInReadOnlyMode();
+}
+
+void TAInvoiceCacheUpdater::invoiceForCacheUpdate(const ObjectID &invoiceID) {
+    if (!m_enabled || !invoiceID.isValid() || m_invoicesForCacheUpdate.contains(invoiceID))
+        return;
+    m_invoicesForCacheUpdate.append(invoiceID);
+    m_needsUpdateCache = true;
+}
+
+void TAInvoiceCacheUpdater::setCacheUpdaterEnabled(bool enabled) {
+    m_enabled = enabled;
+    QObject::disconnect(m_observer);
+    ManagedObjectContext *context = m_document.managedObjectContext();
+    if (enabled && context)
+        m_observer = connect(context, &ManagedObjectContext::objectsDidChange, this,
+                             [this](const ObjectsDidChange &) { doCacheUpdate(); });
+}
+
+void TAInvoiceCacheUpdater::doCacheUpdate() {
+    if (!m_enabled || !m_needsUpdateCache)
+        return;
+    // Taken first: the save below announces changes again, and lands back here.
+    m_needsUpdateCache = false;
+    QList<ObjectID> queued = std::exchange(m_invoicesForCacheUpdate, {});
+    if (queued.isEmpty())
+        updateInvoicesCache();
+    while (!queued.isEmpty())
+        updateInvoiceCacheWithObjectId(queued.takeLast());
+}
+
+bool TAInvoiceCacheUpdater::canRunInBackground() const {
+    const PersistentStore *store = m_document.persistentStore();
+    return store && !store->isInMemory();
+}
+
+bool TAInvoiceCacheUpdater::saveBeforeBackgroundRun() {
+    ManagedObjectContext *context = m_document.managedObjectContext();
+    if (!context)
+        return false;
+    // The worker reads the file: what it needs must be there. Failures are not shown; the
+    // totals stay as they were until the next change.
+    (void)context->save();
+    m_document.replaceRecordedModificationDate();
+    return true;
+}
+
+void TAInvoiceCacheUpdater::updateInvoicesCache() {
+    if (isLockedOrInReadOnlyMode())
+        return;
+    if (!canRunInBackground()) {
+        onMainThreadUpdateInvoicesCache();
+        return;
+    }
+    if (saveBeforeBackgroundRun())
+        enqueue({}, true);
+}
+
+void TAInvoiceCacheUpdater::updateInvoiceCacheWithObjectId(const ObjectID &invoiceID) {
+    if (isLockedOrInReadOnlyMode())
+        return;
+    if (!canRunInBackground()) {
+        onMainThreadUpdateInvoiceCacheWithObjectId(invoiceID);
+        return;
+    }
+    if (saveBeforeBackgroundRun())
+        enqueue({invoiceID}, false);
+}
+
+void TAInvoiceCacheUpdater::enqueue(QList<ObjectID> invoiceIDs, bool allInvoices) {
+    m_queue.start([store = m_document.sharedStore(), ids = std::move(invoiceIDs), allInvoices,
+                   receiver = QPointer<TAInvoiceCacheUpdater>(this), cancelled = m_cancelled] {
+        computeTotals(store, ids, allInvoices, receiver, cancelled);
+    });
+}
+
+void TAInvoiceCacheUpdater::onMainThreadUpdateInvoicesCache() {
+    ManagedObjectContext *context = m_document.managedObjectContext();
+    if (!context)
+        return;
+    TAContextDatabase::disableUndoRegistrationInContext(context);
+    for (TAInvoice *invoice : TAContextDatabase::getInvoicesInContext(context))
+        invoice->updateCachedValues();
+    for (TARecurringInvoice *recurring : TAContextDatabase::getRecurringInvoicesInContext(context))
+        recurring->updateCachedValues();
+    TAContextDatabase::enableUndoRegistrationInContext(context);
+    cacheReload();
+}
+
+void TAInvoiceCacheUpdater::onMainThreadUpdateInvoiceCacheWithObjectId(const ObjectID &invoiceID) {
+    ManagedObjectContext *context = m_document.managedObjectContext();
+    auto *invoice =
+        context ? dynamic_cast<TAInvoice *>(context->existingObjectWithID(invoiceID)) : nullptr;
+    if (!invoice || !invoice->managedObjectContext())
+        return;
+    TAContextDatabase::disableUndoRegistrationInContext(context);
+    invoice->updateCachedValues();
+    TAContextDatabase::enableUndoRegistrationInContext(context);
+    cacheReload();
+}
+
+void TAInvoiceCacheUpdater::updateInvoiceChachedValues(const QVariantMap &record) {
+    ManagedObjectContext *context = m_document.managedObjectContext();
+    if (!context)
+        return;
+    const ObjectID id = record.value(kObjectID).value<ObjectID>();
+    TAContextDatabase::disableUndoRegistrationInContext(context);
+    ManagedObject *invoice = context->existingObjectWithID(id);
+    if (invoice && !invoice->isDeleted())
+        for (const QString &key : cachedKeys())
+            invoice->setValueForKey(record.value(key), key);
+    // Enabling again marks the document changed: the totals are data that must be saved.
+    TAContextDatabase::enableUndoRegistrationInContext(context);
+    if (invoice)
+        emit cachedValuesApplied(id);
+}
+
+void TAInvoiceCacheUpdater::onOperationFinished() {
+    cacheReload();
+}
+
+void TAInvoiceCacheUpdater::cacheReload() {
+    if (TADocumentWindow *window = m_document.window())
+        window->cacheReload();
+    emit cacheReloaded();
+}
+
+void TAInvoiceCacheUpdater::stop() {
+    m_cancelled->store(true);
+    m_queue.clear();
+    m_queue.waitForDone();
+    m_cancelled = std::make_shared<std::atomic_bool>(false);
+}

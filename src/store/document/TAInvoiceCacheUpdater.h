@@ -1,0 +1,70 @@
+#pragma once
+
+#include "billing/TAInvoiceCacheRequests.h"
+#include "store/objectstore/ObjectID.h"
+
+#include <QList>
+#include <QObject>
+#include <QThreadPool>
+#include <QVariantMap>
+
+#include <atomic>
+#include <memory>
+
+class ManagedObjectContext;
+class TADocument;
+struct ObjectsDidChange;
+
+// Keeps the six cached totals of a document's invoices fresh. Requests only record invoice
+// identities; when the context announces its changes, the main context is saved and the
+// totals are computed on a serial background worker in a context of its own, and the values
+// come back to the main thread one invoice at a time. Documents without a file, or locked
+// ones, compute on the main thread instead. Main thread only, apart from the worker.
+class TAInvoiceCacheUpdater : public QObject, public TAInvoiceCacheQueue {
+    Q_OBJECT
+public:
+    explicit TAInvoiceCacheUpdater(TADocument &document);
+    ~TAInvoiceCacheUpdater() override;
+
+    bool isLockedOrInReadOnlyMode() const override;
+    void invoiceForCacheUpdate(const ObjectID &invoiceID) override;
+
+    bool cacheUpdaterEnabled() const { return m_enabled; }
+    void setCacheUpdaterEnabled(bool enabled);
+    bool needsUpdateCache() const { return m_needsUpdateCache; }
+    void setNeedsUpdateCache(bool needs) { m_needsUpdateCache = needs; }
+    const QList<ObjectID> &invoicesForCacheUpdate() const { return m_invoicesForCacheUpdate; }
+    void resetCacheUpdater() { m_invoicesForCacheUpdate.clear(); }
+
+    void doCacheUpdate();
+    void updateInvoicesCache();
+    void updateInvoiceCacheWithObjectId(const ObjectID &invoiceID);
+    void onMainThreadUpdateInvoicesCache();
+    void onMainThreadUpdateInvoiceCacheWithObjectId(const ObjectID &invoiceID);
+    // Applies one value record ("objectID" and the six decimals) outside undo.
+    void updateInvoiceChachedValues(const QVariantMap &record);
+
+    // The worker's last message of a run.
+    void onOperationFinished();
+    // Drops work not yet started, asks a running operation to stop, and waits for it.
+    void stop();
+
+signals:
+    void cachedValuesApplied(const ObjectID &invoiceID);
+    // After each run, when the lists are redrawn.
+    void cacheReloaded();
+
+private:
+    bool canRunInBackground() const;
+    bool saveBeforeBackgroundRun();
+    void enqueue(QList<ObjectID> invoiceIDs, bool allInvoices);
+    void cacheReload();
+
+    TADocument &m_document;
+    QThreadPool m_queue;
+    QList<ObjectID> m_invoicesForCacheUpdate;
+    bool m_needsUpdateCache = false;
+    bool m_enabled = false;
+    QMetaObject::Connection m_observer;
+    std::shared_ptr<std::atomic_bool> m_cancelled;
+};

@@ -1,0 +1,216 @@
+#include "DocumentTestSupport.h"
+
+#include "billing/dates/ScopedFixedClock.h"
+#include "invoicelayout/LMBuiltInTemplates.h"
+#include "store/TAGlobal.h"
+#include "store/document/TADocumentJobs.h"
+#include "store/document/TADocumentWindow.h"
+#include "store/document/TAInvoiceCacheUpdater.h"
+#include "store/entities/TACurrency.h"
+#include "store/entities/TAInvoice.h"
+#include "store/entities/TAMaterial.h"
+#include "store/entities/TAPreferences.h"
+#include "store/objectstore/UndoManager.h"
+
+#include <QFile>
+
+namespace {
+
+struct RecordingWindow : TADocumentWindow {
+    QStringList steps;
+    QList<bool> sidebarLocks;
+    void makeSectionControllers(TADocument &) override { steps << "controllers"; }
+    void fillTabs() override { steps << "tabs"; }
+    void showStatusMenu() override { steps << "statusMenu"; }
+    void observeCalendarStore(bool on) override { steps << (on ? "calendarOn" : "calendarOff"); }
+    void reloadSidebar(bool locked) override {
+        steps << "sidebar";
+        sidebarLocks << locked;
+    }
+    void cacheReload() override { steps << "cacheReload"; }
+    void removeActionMenu() override { steps << "removeActionMenu"; }
+    void hideStatusMenu() override { steps << "hideStatusMenu"; }
+    void cleanControllers() override { steps << "clean"; }
+};
+
+struct RecordingJobs : TADocumentJobs {
+    QStringList calls;
+    void updateRecurringInvoices(TADocument &) override { calls << "recurring"; }
+    void updateCurrencies(TADocument &) override { calls << "currencies"; }
+    void deleteTimersFromContext(ManagedObjectContext *) override { calls << "poolOut"; }
+};
+
+class DocumentLifecycle : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ensureApplication();
+        LMBuiltInTemplates::install();
+        TADocumentJobs::setInstance(&jobs);
+        controller().setWindowFactory([this](TADocument &) { return &window; });
+    }
+    void TearDown() override {
+        for (TADocument *document : controller().documents())
+            controller().closeDocument(document);
+        controller().setWindowFactory({});
+        TADocumentJobs::setInstance(nullptr);
+    }
+    qsizetype count(TADocument *document, const char *entity) {
+        FetchRequest request{QLatin1String(entity)};
+        return document->managedObjectContext()->executeFetchRequest(request)->size();
+    }
+    QString path(const char *name) const { return dir.filePath(QLatin1String(name)); }
+    void makeLockedCandidate();
+    void expectLockedBehaviour(TADocument *document);
+
+    QTemporaryDir dir;
+    RecordingWindow window;
+    RecordingJobs jobs;
+    ScopedFixedClock clock{QDateTime(QDate(2026, 5, 4), QTime(9, 30))};
+};
+
+} // namespace
+
+TEST_F(DocumentLifecycle, NewDocumentRunsTheStepsAndHoldsTheBasics) {
+    auto opened = controller().openUntitledDocument();
+    ASSERT_TRUE(opened.ok());
+    TADocument *document = *opened;
+    EXPECT_EQ(window.steps, (QStringList{"controllers", "tabs", "statusMenu", "cacheReload",
+                                         "calendarOn", "sidebar"}));
+    EXPECT_EQ(jobs.calls, (QStringList{"recurring", "currencies"}));
+    EXPECT_EQ(count(document, "Preferences"), 1);
+    ASSERT_EQ(count(document, "Currency"), 1);
+    EXPECT_TRUE(document->database().getDefaultCurrency()->isDefault());
+    EXPECT_EQ(count(document, "InvoiceTemplate"), LMBuiltInTemplates::templateNames().size());
+    for (const char *none : {"Client", "Project", "Invoice", "Tax", "Inventory", "Item"})
+        EXPECT_EQ(count(document, none), 0) << none;
+    // Changed, with nothing to undo and no file to autosave into.
+    EXPECT_TRUE(document->isDocumentEdited());
+    EXPECT_FALSE(document->managedObjectContext()->undoManager()->canUndo());
+    EXPECT_FALSE(document->hasAutosaveScheduled());
+    EXPECT_FALSE(document->isLockedOrInReadOnlyMode());
+    EXPECT_TRUE(document->timersRunning());
+    EXPECT_EQ(TAGlobal::documentByContext(document->managedObjectContext()), document);
+
+    window.steps.clear();
+    controller().closeDocument(document);
+    EXPECT_EQ(window.steps, (QStringList{"removeActionMenu", "hideStatusMenu", "clean"}));
+    EXPECT_EQ(jobs.calls.last(), QStringLiteral("poolOut"));
+    EXPECT_EQ(controller().documentsCount(), 0);
+}
+
+TEST_F(DocumentLifecycle, SavedDocumentReopensLockedByItsPasswordAndChanged) {
+    TADocument *document = *controller().openUntitledDocument();
+    document->preferences()->setPassword(QStringLiteral("Secret"));
+    document->database().createInvoice()->setIdentification(QStringLiteral("2026-001"));
+    ASSERT_TRUE(document->saveAs(path("books.tadb")).ok());
+    EXPECT_FALSE(document->isDocumentEdited());
+    EXPECT_TRUE(document->fileModificationDate().isValid());
+    EXPECT_TRUE(document->isLockedWithPassword());
+    document->unlock();
+    EXPECT_FALSE(document->isLockedWithPassword());
+    EXPECT_FALSE(window.sidebarLocks.last());
+    controller().closeDocument(document);
+
+    window.steps.clear();
+    document = *controller().openDocumentWithContentsOfURL(path("books.tadb"));
+    EXPECT_EQ(window.steps.first(), QStringLiteral("controllers"));
+    // The opening leaves even an untouched file changed; nothing was added twice.
+    EXPECT_TRUE(document->isDocumentEdited());
+    EXPECT_TRUE(document->hasAutosaveScheduled());
+    EXPECT_EQ(count(document, "Currency"), 1);
+    EXPECT_EQ(count(document, "InvoiceTemplate"), LMBuiltInTemplates::templateNames().size());
+    EXPECT_EQ(count(document, "Invoice"), 1);
+    // The password was typed in the earlier session only.
+    EXPECT_TRUE(document->isLockedWithPassword());
+    EXPECT_TRUE(window.sidebarLocks.last());
+    EXPECT_FALSE(document->validateMenuItem(111));
+    EXPECT_TRUE(document->validateMenuItem(112));
+
+    EXPECT_TRUE(document->autosaveWithImplicitCancellability());
+    EXPECT_FALSE(document->isDocumentEdited());
+    EXPECT_FALSE(document->autosaveWithImplicitCancellability()); // nothing left to save
+
+    // Revert drops unsaved edits and goes through the opening again.
+    document->database().createInvoice();
+    jobs.calls.clear();
+    ASSERT_TRUE(document->revertToContentsOfURL().ok());
+    EXPECT_EQ(count(document, "Invoice"), 1);
+    EXPECT_EQ(jobs.calls.first(), QStringLiteral("poolOut"));
+    EXPECT_TRUE(document->timersRunning());
+    EXPECT_TRUE(document->fileModificationDate().isNull());
+    EXPECT_FALSE(document->fileWasChangedByAnotherProgram());
+}
+
+TEST_F(DocumentLifecycle, SaveAsOntoAnotherOpenDocumentIsRefused) {
+    TADocument *first = *controller().openUntitledDocument();
+    ASSERT_TRUE(first->saveAs(path("first.tadb")).ok());
+    TADocument *second = *controller().openUntitledDocument();
+    auto refused = second->saveAs(path("first.tadb"));
+    ASSERT_FALSE(refused.ok());
+    EXPECT_EQ(refused.error().code, TADocument::kFileIsOpenCode);
+    EXPECT_EQ(refused.error().message,
+              QStringLiteral("Another file saved in this location is already opened. Please close "
+                             "it and try again."));
+    EXPECT_TRUE(second->fileURL().isEmpty());
+    // The document may save over its own file, and anywhere else.
+    EXPECT_TRUE(first->panel(nullptr, path("first.tadb")).ok());
+    EXPECT_TRUE(second->saveAs(path("second.tadb")).ok());
+    // Opening an open file again answers the same document.
+    EXPECT_EQ(*controller().openDocumentWithContentsOfURL(path("first.tadb")), first);
+}
+
+// A file with a stale total on it, to show whether anything recomputes it.
+void DocumentLifecycle::makeLockedCandidate() {
+    TADocument *maker = *controller().openUntitledDocument();
+    TAInvoice *invoice = maker->database().createInvoice();
+    invoice->setIdentification(QStringLiteral("R-7"));
+    TAMaterial *material = maker->database().createMaterial();
+    material->setQuantity(dec("2"));
+    material->setPrice(dec("10"));
+    material->setInvoice(invoice);
+    maker->managedObjectContext()->processPendingChanges();
+    invoice->setPrimitiveValueForKey(QVariant::fromValue(dec("999")), QStringLiteral("total"));
+    ASSERT_TRUE(maker->saveAs(path("locked.tadb")).ok());
+    controller().closeDocument(maker);
+    jobs.calls.clear();
+}
+
+void DocumentLifecycle::expectLockedBehaviour(TADocument *document) {
+    int applied = 0;
+    QObject::connect(&document->cacheUpdater(), &TAInvoiceCacheUpdater::cachedValuesApplied,
+                     [&applied] { ++applied; });
+    EXPECT_TRUE(document->isLockedOrInReadOnlyMode());
+    EXPECT_FALSE(jobs.calls.contains(QStringLiteral("recurring")));
+    auto *invoice = document->database().getInvoices().value(0);
+    ASSERT_NE(invoice, nullptr);
+    EXPECT_EQ(invoice->identification(), QStringLiteral("R-7"));
+    for (int turn = 0; turn < 20; ++turn)
+        QCoreApplication::processEvents();
+    EXPECT_EQ(invoice->total(), dec("999"));
+    EXPECT_EQ(applied, 0);
+    EXPECT_FALSE(document->hasAutosaveScheduled());
+    EXPECT_FALSE(document->autosaveWithImplicitCancellability());
+    // An edit in memory is still totalled, on the spot.
+    invoice->items().value(0)->setPrice(dec("4"));
+    EXPECT_EQ(invoice->total(), dec("8"));
+    EXPECT_FALSE(document->hasAutosaveScheduled());
+    document->updateRecurringInvoices();
+    EXPECT_FALSE(jobs.calls.contains(QStringLiteral("recurring")));
+}
+
+TEST_F(DocumentLifecycle, ReadOnlyFileOpensShowsDataAndChangesNothingInTheBackground) {
+    makeLockedCandidate();
+    ASSERT_TRUE(QFile::setPermissions(path("locked.tadb"), QFile::ReadOwner | QFile::ReadGroup));
+    if (QFileInfo(path("locked.tadb")).isWritable())
+        GTEST_SKIP() << "running as root: the read-only flag does not stop writes here";
+    auto opened = controller().openDocumentWithContentsOfURL(path("locked.tadb"));
+    ASSERT_TRUE(opened.ok()) << opened.error().message.toStdString();
+    expectLockedBehaviour(*opened);
+}
+
+TEST_F(DocumentLifecycle, DocumentOnAReadOnlyStoreIsLockedToo) {
+    makeLockedCandidate();
+    auto opened = controller().openDocumentWithContentsOfURL(path("locked.tadb"), true);
+    ASSERT_TRUE(opened.ok()) << opened.error().message.toStdString();
+    expectLockedBehaviour(*opened);
+}
