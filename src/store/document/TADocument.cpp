@@ -15,6 +15,7 @@
 #include "store/objectstore/PersistentStore.h"
 #include "store/objectstore/UndoManager.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QUrl>
 #include <QtDebug>
@@ -36,6 +37,12 @@ bool fileIsImmutable(const QString &path) {
     const bool known = ::ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0;
     ::close(fd);
     return known && (flags & FS_IMMUTABLE_FL);
+}
+
+// Timers need the application's event loop; a document used without one (a test of the data
+// alone) simply has none running.
+bool hasEventLoop() {
+    return QCoreApplication::instance() != nullptr;
 }
 
 TADocumentWindow &noWindow() {
@@ -187,8 +194,9 @@ void TADocument::windowControllerDidLoadNib() {
     m_updater->setNeedsUpdateCache(false);
     // 11
     shell.observeCalendarStore(true);
-    QTimer::singleShot(2000, this,
-                       [this] { TADocumentJobs::instance().calendarsDidChange(*this); });
+    if (hasEventLoop())
+        QTimer::singleShot(2000, this,
+                           [this] { TADocumentJobs::instance().calendarsDidChange(*this); });
     // 12
     reloadSidebar();
     scheduleAutosaving();
@@ -202,6 +210,8 @@ void TADocument::windowControllerDidLoadNib() {
 
 void TADocument::startTimers() {
     stopTimers();
+    if (!hasEventLoop())
+        return;
     m_recurringInvoiceTimer = new QTimer(this);
     m_recurringInvoiceTimer->setInterval(kRecurringInterval);
     connect(m_recurringInvoiceTimer, &QTimer::timeout, this, &TADocument::updateRecurringInvoices);
@@ -262,8 +272,8 @@ void TADocument::updateChangeCount(int change) {
 }
 
 void TADocument::scheduleAutosaving() {
-    if (isDocumentEdited() && !fileURL().isEmpty() && !isLockedOrInReadOnlyMode() &&
-        !m_autosaveTimer.isActive())
+    if (hasEventLoop() && isDocumentEdited() && !fileURL().isEmpty() &&
+        !isLockedOrInReadOnlyMode() && !m_autosaveTimer.isActive())
         m_autosaveTimer.start(g_autosaveDelay);
 }
 

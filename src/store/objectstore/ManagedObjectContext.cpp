@@ -7,6 +7,7 @@
 #include "store/objectstore/SqliteConnection.h"
 #include "store/objectstore/UndoManager.h"
 
+#include <QCoreApplication>
 #include <QTimer>
 
 ManagedObjectContext::ManagedObjectContext(std::shared_ptr<PersistentStore> store, QObject *parent)
@@ -124,7 +125,7 @@ void ManagedObjectContext::notePending(ManagedObject *object, quint8 bit) {
     if (object->m_pending & bit)
         return;
     object->m_pending |= bit;
-    if (m_autoProcess && !m_processScheduled) {
+    if (m_autoProcess && !m_processScheduled && QCoreApplication::instance()) {
         m_processScheduled = true;
         QTimer::singleShot(0, this, [this] {
             m_processScheduled = false;
