@@ -1,0 +1,63 @@
+#include "cli/CliRunner.h"
+#include "invoicelayout/LMBuiltInTemplates.h"
+
+#include <QFile>
+#include <QImage>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct CliOutcome {
+    int status = -1;
+    QString out;
+    QString err;
+};
+
+CliOutcome cli(const QStringList &arguments) {
+    CliOutcome run;
+    QTextStream out(&run.out);
+    QTextStream err(&run.err);
+    run.status = CliRunner().run(arguments, out, err);
+    return run;
+}
+
+TEST(CliOutput, PdfAndPngOfTheSampleInvoices) {
+    LMBuiltInTemplates::install();
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("s.tadb"));
+    ASSERT_EQ(cli({QStringLiteral("new"), file, QStringLiteral("--sample")}).status, 0);
+
+    const QString pdf = dir.filePath(QStringLiteral("one.pdf"));
+    const CliOutcome one = cli({QStringLiteral("pdf"), file, QStringLiteral("--invoice"),
+                                QStringLiteral("2001"), QStringLiteral("-o"), pdf});
+    EXPECT_EQ(one.status, 0) << one.err.toStdString();
+    QFile written(pdf);
+    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(written.read(5).startsWith("%PDF-"));
+
+    const CliOutcome all = cli({QStringLiteral("pdf"), file, QStringLiteral("--all"),
+                                dir.filePath(QStringLiteral("all"))});
+    EXPECT_EQ(all.status, 0) << all.err.toStdString();
+    EXPECT_EQ(all.out.count(QStringLiteral(".pdf:")), 5);
+
+    const QString png = dir.filePath(QStringLiteral("p.png"));
+    const CliOutcome picture =
+        cli({QStringLiteral("png"), file, QStringLiteral("--invoice"), QStringLiteral("2001"),
+             QStringLiteral("--page"), QStringLiteral("1"), QStringLiteral("-o"), png});
+    EXPECT_EQ(picture.status, 0) << picture.err.toStdString();
+    EXPECT_FALSE(QImage(png).isNull());
+
+    EXPECT_EQ(cli({QStringLiteral("png"), file, QStringLiteral("--invoice"), QStringLiteral("2001"),
+                   QStringLiteral("--page"), QStringLiteral("9"), QStringLiteral("-o"), png})
+                  .status,
+              1);
+    EXPECT_EQ(cli({QStringLiteral("pdf"), file, QStringLiteral("--invoice"), QStringLiteral("9999"),
+                   QStringLiteral("-o"), pdf})
+                  .status,
+              2);
+    EXPECT_EQ(cli({QStringLiteral("pdf"), file}).status, 1);
+}
+
+} // namespace
