@@ -248,6 +248,20 @@ void TADocument::updateInvoicesCache() {
     m_updater->updateInvoicesCache();
 }
 
+bool TADocument::replaceContentsWithCopyOfURL(const QString &path) {
+    std::unique_ptr<ManagedObjectContext> source =
+        versionManager().managedObjectContextForURL(path);
+    if (!source || !m_context)
+        return false;
+    m_database.disableUndoRegistration();
+    m_updater->resetCacheUpdater();
+    m_context->reset();
+    OTVersionManager::copyAllObjectsFromContext(source.get(), m_context.get());
+    resetPreferences();
+    m_database.enableUndoRegistration();
+    return true;
+}
+
 // --- Saving ---------------------------------------------------------------------------------
 
 QString TADocument::fileURL() const {

@@ -60,6 +60,11 @@ public:
     // The file's path; empty for an untitled document.
     QString fileURL() const;
 
+    // Drops the document's unsaved contents and copies in every object of another file, which
+    // is only read: how the sample business is offered without ever opening the sample
+    // itself. False when that file cannot be opened.
+    bool replaceContentsWithCopyOfURL(const QString &path);
+
     // Saving.
     bool isDocumentEdited() const { return m_changeCount != 0; }
     void updateChangeCount(int change) override;

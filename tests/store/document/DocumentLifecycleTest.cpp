@@ -14,6 +14,11 @@
 
 #include <QFile>
 
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
 namespace {
 
 struct RecordingWindow : TADocumentWindow {
@@ -39,6 +44,19 @@ struct RecordingJobs : TADocumentJobs {
     void updateCurrencies(TADocument &) override { calls << "currencies"; }
     void deleteTimersFromContext(ManagedObjectContext *) override { calls << "poolOut"; }
 };
+
+// Sets or clears the file system's immutable flag; false where the file system has none or
+// the process may not change it.
+bool setImmutable(const QString &path, bool on) {
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY);
+    int flags = 0;
+    bool done = fd >= 0 && ::ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0;
+    flags = on ? (flags | FS_IMMUTABLE_FL) : (flags & ~FS_IMMUTABLE_FL);
+    done = done && ::ioctl(fd, FS_IOC_SETFLAGS, &flags) == 0;
+    if (fd >= 0)
+        ::close(fd);
+    return done;
+}
 
 class DocumentLifecycle : public ::testing::Test {
 protected:
@@ -155,6 +173,16 @@ TEST_F(DocumentLifecycle, SaveAsOntoAnotherOpenDocumentIsRefused) {
     // The document may save over its own file, and anywhere else.
     EXPECT_TRUE(first->panel(nullptr, path("first.tadb")).ok());
     EXPECT_TRUE(second->saveAs(path("second.tadb")).ok());
+    // A copy of a file's contents goes into an untitled document, with nothing to undo.
+    first->database().createInvoice()->setIdentification(QStringLiteral("S-1"));
+    ASSERT_TRUE(first->save().ok());
+    TADocument *third = *controller().openUntitledDocument();
+    ASSERT_TRUE(third->replaceContentsWithCopyOfURL(path("first.tadb")));
+    EXPECT_EQ(third->database().getInvoices().value(0)->identification(), QStringLiteral("S-1"));
+    EXPECT_EQ(count(third, "Currency"), 1);
+    EXPECT_FALSE(third->managedObjectContext()->undoManager()->canUndo());
+    EXPECT_TRUE(third->fileURL().isEmpty());
+    EXPECT_FALSE(third->replaceContentsWithCopyOfURL(path("missing.tadb")));
     // Opening an open file again answers the same document.
     EXPECT_EQ(*controller().openDocumentWithContentsOfURL(path("first.tadb")), first);
 }
@@ -213,4 +241,18 @@ TEST_F(DocumentLifecycle, DocumentOnAReadOnlyStoreIsLockedToo) {
     auto opened = controller().openDocumentWithContentsOfURL(path("locked.tadb"), true);
     ASSERT_TRUE(opened.ok()) << opened.error().message.toStdString();
     expectLockedBehaviour(*opened);
+}
+
+TEST_F(DocumentLifecycle, ImmutableFileIsLocked) {
+    makeLockedCandidate();
+    if (!setImmutable(path("locked.tadb"), true))
+        GTEST_SKIP() << "the immutable flag cannot be set here";
+    struct Clear {
+        QString path;
+        ~Clear() { setImmutable(path, false); }
+    } clear{path("locked.tadb")};
+    auto opened = controller().openDocumentWithContentsOfURL(path("locked.tadb"));
+    ASSERT_TRUE(opened.ok()) << opened.error().message.toStdString();
+    expectLockedBehaviour(*opened);
+    controller().closeDocument(*opened);
 }
