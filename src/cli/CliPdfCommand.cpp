@@ -3,18 +3,21 @@
 #include "cli/CliArguments.h"
 #include "cli/CliDocument.h"
 #include "invoicelayout/render/LMInvoiceOutput.h"
+#include "store/entities/LMInvoiceTemplateClass.h"
 #include "store/entities/TAInvoice.h"
 
 #include <QDir>
 
 QString CliPdfCommand::usage() const {
     return QStringLiteral(
-        "Usage: billfold-cli pdf FILE --invoice NUMBER -o OUT.pdf\n"
-        "       billfold-cli pdf FILE --all DIR\n\n"
+        "Usage: billfold-cli pdf FILE --invoice NUMBER -o OUT.pdf [--template NAME]\n"
+        "       billfold-cli pdf FILE --all DIR [--template NAME]\n\n"
         "Draws invoices through their templates into PDF files, one page per sheet,\n"
         "with selectable text. An invoice without a template gets the document's first.\n"
         "  --invoice  the invoice number; -o names the file to write\n"
-        "  --all      every invoice into DIR (created when missing), named by number\n");
+        "  --all      every invoice into DIR (created when missing), named by number\n"
+        "  --template draw with the document's template of that name instead; the\n"
+        "             document is not changed\n");
 }
 
 TAInvoice *CliPdfCommand::findInvoice(CliDocument &document, const QString &number) {
@@ -22,6 +25,20 @@ TAInvoice *CliPdfCommand::findInvoice(CliDocument &document, const QString &numb
         if (invoice->identification() == number)
             return invoice;
     return nullptr;
+}
+
+bool CliPdfCommand::chooseTemplate(CliDocument &document, TAInvoice *invoice, const QString &name) {
+    if (name.isEmpty()) {
+        LMInvoiceOutput::assignFirstTemplateIfNone(invoice);
+        return true;
+    }
+    for (LMInvoiceTemplateClass *invoiceTemplate : document.database().getTemplates()) {
+        if (invoiceTemplate->name() == name) {
+            invoice->setInvoiceTemplate(invoiceTemplate);
+            return true;
+        }
+    }
+    return false;
 }
 
 QString CliPdfCommand::fileNameFor(TAInvoice *invoice, int position) {
@@ -33,8 +50,9 @@ QString CliPdfCommand::fileNameFor(TAInvoice *invoice, int position) {
 }
 
 int CliPdfCommand::run(const QStringList &arguments, QTextStream &out, QTextStream &err) {
-    auto parsed = CliArguments::parse(
-        arguments, {QStringLiteral("--invoice"), QStringLiteral("-o"), QStringLiteral("--all")});
+    auto parsed =
+        CliArguments::parse(arguments, {QStringLiteral("--invoice"), QStringLiteral("-o"),
+                                        QStringLiteral("--all"), QStringLiteral("--template")});
     if (!parsed)
         return usageError(err, parsed.error().message);
     if (parsed->positional().size() != 1)
@@ -49,15 +67,17 @@ int CliPdfCommand::run(const QStringList &arguments, QTextStream &out, QTextStre
     if (!opened)
         return fail(err, path, opened.error().message, CliExit::FileUnusable);
     CliDocument &document = **opened;
+    const QString templateName = parsed->value(QStringLiteral("--template"));
     if (all)
-        return writeAll(document, parsed->value(QStringLiteral("--all")), out, err);
+        return writeAll(document, parsed->value(QStringLiteral("--all")), templateName, out, err);
 
     const QString number = parsed->value(QStringLiteral("--invoice"));
     TAInvoice *invoice = findInvoice(document, number);
     if (!invoice)
         return fail(err, path, QStringLiteral("no invoice numbered '%1'").arg(number),
                     CliExit::FileUnusable);
-    LMInvoiceOutput::assignFirstTemplateIfNone(invoice);
+    if (!chooseTemplate(document, invoice, templateName))
+        return usageError(err, QStringLiteral("no template named '%1'").arg(templateName));
     const QString target = parsed->value(QStringLiteral("-o"));
     const LMInvoiceOutput::PdfResult result = LMInvoiceOutput::writePdf(invoice, target);
     if (!result.ok)
@@ -66,15 +86,16 @@ int CliPdfCommand::run(const QStringList &arguments, QTextStream &out, QTextStre
     return CliExit::Ok;
 }
 
-int CliPdfCommand::writeAll(CliDocument &document, const QString &folder, QTextStream &out,
-                            QTextStream &err) {
+int CliPdfCommand::writeAll(CliDocument &document, const QString &folder,
+                            const QString &templateName, QTextStream &out, QTextStream &err) {
     if (!QDir().mkpath(folder))
         return fail(err, folder, QStringLiteral("cannot create the folder"), CliExit::FileUnusable);
     const QDir dir(folder);
     int position = 0;
     for (TAInvoice *invoice : document.database().getInvoices()) {
         ++position;
-        LMInvoiceOutput::assignFirstTemplateIfNone(invoice);
+        if (!chooseTemplate(document, invoice, templateName))
+            return usageError(err, QStringLiteral("no template named '%1'").arg(templateName));
         const QString target = dir.filePath(fileNameFor(invoice, position));
         const LMInvoiceOutput::PdfResult result = LMInvoiceOutput::writePdf(invoice, target);
         if (!result.ok)

@@ -16,9 +16,13 @@ public:
 
     // The invoice with that number; null when there is none.
     static TAInvoice *findInvoice(CliDocument &document, const QString &number);
+    // Gives the invoice the named template for this output only (the file is not saved), or the
+    // document's first when it has none; false when no template has that name.
+    static bool chooseTemplate(CliDocument &document, TAInvoice *invoice, const QString &name);
     // The file name of an invoice in a folder: its number made safe, else its position.
     static QString fileNameFor(TAInvoice *invoice, int position);
 
 private:
-    int writeAll(CliDocument &document, const QString &folder, QTextStream &out, QTextStream &err);
+    int writeAll(CliDocument &document, const QString &folder, const QString &templateName,
+                 QTextStream &out, QTextStream &err);
 };

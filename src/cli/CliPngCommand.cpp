@@ -8,8 +8,10 @@
 
 QString CliPngCommand::usage() const {
     return QStringLiteral(
-        "Usage: billfold-cli png FILE --invoice NUMBER [--page N] -o OUT.png [--scale S]\n\n"
+        "Usage: billfold-cli png FILE --invoice NUMBER [--page N] -o OUT.png [--scale S]\n"
+        "                        [--template NAME]\n\n"
         "Draws one page of an invoice (the first by default) as a PNG picture.\n"
+        "  --template  draw with the document's template of that name instead\n"
         "  --scale  pixels per point, 1 by default (72 dots per inch)\n");
 }
 
@@ -44,7 +46,9 @@ int CliPngCommand::run(const QStringList &arguments, QTextStream &out, QTextStre
     if (!invoice)
         return fail(err, path, QStringLiteral("no invoice numbered '%1'").arg(number),
                     CliExit::FileUnusable);
-    LMInvoiceOutput::assignFirstTemplateIfNone(invoice);
+    const QString templateName = parsed->value(QStringLiteral("--template"));
+    if (!CliPdfCommand::chooseTemplate(**opened, invoice, templateName))
+        return usageError(err, QStringLiteral("no template named '%1'").arg(templateName));
     const int pages = LMInvoiceOutput::pageCount(invoice);
     if (page > pages)
         return usageError(err, QStringLiteral("the invoice has %1 page(s)").arg(pages));

@@ -113,12 +113,11 @@ qreal LMTextPainter::lineWidth(const QString &text, const LMTextAttributes &attr
 }
 
 QString LMTextPainter::truncateToWidth(const QString &text, qreal width,
-                                       const LMTextAttributes &attributes, qreal by) {
+                                       const LMTextAttributes &attributes) {
     const QFontMetricsF metrics(fontFor(attributes));
-    const qreal room = width - by;
-    if (metrics.horizontalAdvance(text) <= room)
+    if (metrics.horizontalAdvance(text) <= width)
         return text;
-    return metrics.elidedText(text, Qt::ElideRight, qMax<qreal>(room, 0));
+    return metrics.elidedText(text, Qt::ElideRight, qMax<qreal>(width, 0));
 }
 
 void LMTextPainter::drawLine(QPainter *painter, const QString &text,

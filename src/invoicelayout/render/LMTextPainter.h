@@ -24,10 +24,10 @@ public:
     static qreal lineHeight(const QString &text, const LMTextAttributes &attributes);
     static qreal lineWidth(const QString &text, const LMTextAttributes &attributes);
 
-    // The text cut to fit the width, ending in an ellipsis when anything was cut. The margin
-    // keeps the last glyph clear of the next cell.
+    // The text cut to fit the width, ending in an ellipsis when anything was cut. Table cells
+    // already keep 2 points clear on each side.
     static QString truncateToWidth(const QString &text, qreal width,
-                                   const LMTextAttributes &attributes, qreal by = 4);
+                                   const LMTextAttributes &attributes);
 
     // One line at the top of the box, aligned by the attributes' paragraph style.
     static void drawLine(QPainter *painter, const QString &text, const LMTextAttributes &attributes,

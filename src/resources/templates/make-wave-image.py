@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Writes wave.xpm, the background picture of the "Wave" design: a white page with layered
-teal waves along the top and the bottom edge. The picture is stretched to the page, so it
+teal waves along the top and the bottom edge, their edges smoothed by blended colours. The picture is stretched to the page, so it
 keeps the A4 proportions (298 by 421 pixels, about two points each). Run it again after changing the shapes:
     python3 make-wave-image.py > wave.xpm
 """
@@ -35,11 +35,44 @@ def pixel(x, y):
     return "."
 
 
+SAMPLES = 4  # per pixel side: edges get blended colours instead of steps
+KEYS = ".pmtabcdefghijklnoqrsuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789"
+
+
+def rgb(hex_colour):
+    return tuple(int(hex_colour[i:i + 2], 16) for i in (1, 3, 5))
+
+
+def palette():
+    """The four colours and seven blends between every two of them."""
+    base = [rgb(c) for c in COLOURS.values()]
+    colours = list(base)
+    for i in range(len(base)):
+        for j in range(i + 1, len(base)):
+            for k in range(1, 8):
+                colours.append(tuple(round(base[i][c] + (base[j][c] - base[i][c]) * k / 8)
+                                     for c in range(3)))
+    return colours
+
+
+def blended(x, y, colours):
+    total = [0, 0, 0]
+    for i in range(SAMPLES):
+        for j in range(SAMPLES):
+            key = pixel(x + (i + 0.5) / SAMPLES, y + (j + 0.5) / SAMPLES)
+            sample = rgb(COLOURS[key])
+            for c in range(3):
+                total[c] += sample[c]
+    mean = [v / SAMPLES ** 2 for v in total]
+    return min(range(len(colours)), key=lambda n: sum((colours[n][c] - mean[c]) ** 2 for c in range(3)))
+
+
+colours = palette()
 print("/* XPM */")
 print("static const char *wave[] = {")
-print(f'"{WIDTH} {HEIGHT} {len(COLOURS)} 1",')
-for key, value in COLOURS.items():
-    print(f'"{key} c {value}",')
-rows = ['"' + "".join(pixel(x, y) for x in range(WIDTH)) + '"' for y in range(HEIGHT)]
+print(f'"{WIDTH} {HEIGHT} {len(colours)} 1",')
+for n, colour in enumerate(colours):
+    print(f'"{KEYS[n]} c #{colour[0]:02X}{colour[1]:02X}{colour[2]:02X}",')
+rows = ['"' + "".join(KEYS[blended(x, y, colours)] for x in range(WIDTH)) + '"' for y in range(HEIGHT)]
 print(",\n".join(rows))
 print("};")
