@@ -56,6 +56,7 @@ void LMInvoiceView::setTemplate(LMInvoiceTemplateClass *invoiceTemplate) {
 }
 
 void LMInvoiceView::setNeedsToUpdateCache(bool needed) {
+    m_needsToUpdateCache = needed;
     if (!needed)
         return;
     m_template = selectedTemplate();
@@ -104,7 +105,26 @@ QSizeF LMInvoiceView::frameSize() const {
     return QSizeF(last.right() + pageXSpace(), last.bottom() + pageYSpace());
 }
 
-void LMInvoiceView::drawRect(QPainter *painter) {
+void LMInvoiceView::drawRect(QPainter *painter, bool liveResize) {
+    if (m_renderOnly || liveResize) {
+        drawStack(painter);
+        return;
+    }
+    const double ratio = painter->device() ? painter->device()->devicePixelRatioF() : 1;
+    const QSize pixels = (frameSize() * ratio).toSize();
+    if (m_needsToUpdateCache || m_cacheImage.size() != pixels) {
+        m_cacheImage = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
+        m_cacheImage.setDevicePixelRatio(ratio);
+        QPainter cache(&m_cacheImage);
+        cache.setRenderHint(QPainter::SmoothPixmapTransform);
+        drawStack(&cache);
+        m_needsToUpdateCache = false;
+    }
+    painter->fillRect(QRectF(QPointF(0, 0), frameSize()), deskColor());
+    painter->drawImage(QPointF(0, 0), m_cacheImage);
+}
+
+void LMInvoiceView::drawStack(QPainter *painter) {
     painter->fillRect(QRectF(QPointF(0, 0), frameSize()), deskColor());
     calculateRequiredPages();
     drawPages(painter);

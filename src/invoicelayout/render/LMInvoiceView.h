@@ -34,8 +34,10 @@ public:
     void setInvoice(TAInvoice *invoice);
     // Gives the invoice the template when it differs, then counts pages anew.
     void setTemplate(LMInvoiceTemplateClass *invoiceTemplate);
-    // Drops what was read from the template, after the template or the invoice changed.
+    // Drops what was read from the template, after the template or the invoice changed, and
+    // marks the screen picture due.
     void setNeedsToUpdateCache(bool needed);
+    bool needsToUpdateCache() const { return m_needsToUpdateCache; }
 
     TAInvoice *selectedInvoice() const { return m_invoice; }
     LMInvoiceTemplateClass *selectedTemplate() const;
@@ -51,8 +53,11 @@ public:
     // The size of the whole stack of pages.
     QSizeF frameSize() const;
 
-    // The whole stack: desk colour, white pages, then the content of every page.
-    void drawRect(QPainter *painter);
+    // The whole stack: desk colour, white pages, then the content of every page. On screen the
+    // stack is one cached picture, redrawn when marked due or when its size changed; render-only
+    // views and live resizing draw directly.
+    void drawRect(QPainter *painter, bool liveResize = false);
+    void drawStack(QPainter *painter);
     void drawPages(QPainter *painter);
     void drawContent(QPainter *painter);
     // Output page by page, each at the painter's origin. Pages must come in order after
@@ -123,5 +128,7 @@ private:
     std::optional<LMBackgroundPainter::Background> m_background;
     std::optional<QImage> m_logo;
     std::optional<QList<TAItem *>> m_items;
+    QImage m_cacheImage;
+    bool m_needsToUpdateCache = true;
     mutable std::optional<TAPreferences *> m_preferences;
 };

@@ -2,8 +2,11 @@
 
 #include "invoicelayout/render/LMBackgroundPainter.h"
 #include "invoicelayout/render/LMInvoiceOutput.h"
+#include "invoicelayout/render/LMInvoiceView.h"
+
 #include "invoicelayout/values/LMArchivedColor.h"
 #include "invoicelayout/values/LMArchivedImage.h"
+#include <QPainter>
 
 namespace {
 
@@ -88,6 +91,26 @@ TEST_F(PageDrawingTest, AnInvoiceWithoutTemplateGetsTheFirstOneForOutput) {
     EXPECT_EQ(invoice->invoiceTemplate(), design) << "a template is kept";
     EXPECT_EQ(LMInvoiceOutput::pageCount(invoice), 2);
     EXPECT_TRUE(LMInvoiceOutput::renderPage(invoice, 3).isNull());
+}
+
+TEST_F(PageDrawingTest, OnScreenPagesLieApartOnTheDeskAndComeFromTheCachedPicture) {
+    LMInvoiceTemplateClass *design = newTemplate(2);
+    element(page(design, 1), 10, QRectF(0, 0, 595, 842));
+    TAInvoice *invoice = db.createInvoice();
+    LMInvoiceView view;
+    view.setInvoice(invoice);
+    view.setTemplate(design);
+    EXPECT_EQ(view.frameSize(), QSizeF(595 + 16, 2 * 842 + 24));
+    QImage screen(view.frameSize().toSize(), QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&screen);
+    view.drawRect(&painter);
+    EXPECT_FALSE(view.needsToUpdateCache());
+    EXPECT_EQ(screen.pixelColor(4, 4), LMInvoiceView::deskColor().toRgb());
+    EXPECT_EQ(screen.pixelColor(20, 20), QColor(Qt::white));
+    EXPECT_EQ(screen.pixelColor(20, 842 + 20), QColor(Qt::red)) << "the second page";
+    const QColor gap = screen.pixelColor(20, 842 + 12);
+    EXPECT_LT(gap.lightness(), LMInvoiceView::deskColor().lightness() + 1)
+        << "8 points of desk and shadow between pages";
 }
 
 } // namespace
