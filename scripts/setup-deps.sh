@@ -9,6 +9,7 @@ packages=(
     libsqlite3-dev libicu-dev libboost-dev zlib1g-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     poppler-utils
+    fonts-dejavu-core
 )
 
 missing=()

@@ -7,6 +7,7 @@
 #include "store/entities/TAInvoice.h"
 
 #include <QDir>
+#include <QSet>
 
 QString CliPdfCommand::usage() const {
     return QStringLiteral(
@@ -92,11 +93,17 @@ int CliPdfCommand::writeAll(CliDocument &document, const QString &folder,
         return fail(err, folder, QStringLiteral("cannot create the folder"), CliExit::FileUnusable);
     const QDir dir(folder);
     int position = 0;
+    QSet<QString> used;
     for (TAInvoice *invoice : document.database().getInvoices()) {
         ++position;
         if (!chooseTemplate(document, invoice, templateName))
             return usageError(err, QStringLiteral("no template named '%1'").arg(templateName));
-        const QString target = dir.filePath(fileNameFor(invoice, position));
+        QString name = fileNameFor(invoice, position);
+        // Two invoices of one number must not overwrite each other.
+        if (used.contains(name))
+            name.insert(name.size() - 4, QStringLiteral("-%1").arg(position));
+        used.insert(name);
+        const QString target = dir.filePath(name);
         const LMInvoiceOutput::PdfResult result = LMInvoiceOutput::writePdf(invoice, target);
         if (!result.ok)
             return fail(err, target, result.error, CliExit::FileUnusable);
