@@ -286,9 +286,11 @@ void TADocument::updateChangeCount(int change) {
 }
 
 void TADocument::scheduleAutosaving() {
-    if (hasEventLoop() && isDocumentEdited() && !fileURL().isEmpty() &&
-        !isLockedOrInReadOnlyMode() && !m_autosaveTimer.isActive())
-        m_autosaveTimer.start(g_autosaveDelay);
+    // Cheap checks first: this runs on every change.
+    if (m_autosaveTimer.isActive() || !isDocumentEdited() || fileURL().isEmpty() ||
+        !hasEventLoop() || isLockedOrInReadOnlyMode())
+        return;
+    m_autosaveTimer.start(g_autosaveDelay);
 }
 
 bool TADocument::autosaveWithImplicitCancellability() {

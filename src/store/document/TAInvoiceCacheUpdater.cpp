@@ -46,27 +46,26 @@ QList<TAInvoice *> invoicesWithIDs(const QList<ObjectID> &ids, ManagedObjectCont
     return invoices;
 }
 
-// Runs on the worker. Reads only: the private context is never saved.
+// Runs on the worker. Reads only: the private context is never saved. The lists hear that
+// the run is over before the context is torn down, which on a large file takes a while.
 void computeTotals(const std::shared_ptr<PersistentStore> &store, const QList<ObjectID> &ids,
                    bool everything, QPointer<TAInvoiceCacheUpdater> receiver,
                    const std::shared_ptr<std::atomic_bool> &cancelled) {
-    {
-        ManagedObjectContext context(store);
-        context.setUndoManager(nullptr);
-        const QList<TAInvoice *> invoices =
-            everything ? allInvoices(&context) : invoicesWithIDs(ids, &context);
-        for (TAInvoice *invoice : invoices) {
-            if (cancelled->load())
-                return;
-            invoice->updateCachedValues();
-            QMetaObject::invokeMethod(
-                receiver.data(),
-                [receiver, record = valueRecord(invoice)] {
-                    if (receiver)
-                        receiver->updateInvoiceChachedValues(record);
-                },
-                Qt::QueuedConnection);
-        }
+    ManagedObjectContext context(store);
+    context.setUndoManager(nullptr);
+    const QList<TAInvoice *> invoices =
+        everything ? allInvoices(&context) : invoicesWithIDs(ids, &context);
+    for (TAInvoice *invoice : invoices) {
+        if (cancelled->load())
+            return;
+        invoice->updateCachedValues();
+        QMetaObject::invokeMethod(
+            receiver.data(),
+            [receiver, record = valueRecord(invoice)] {
+                if (receiver)
+                    receiver->updateInvoiceChachedValues(record);
+            },
+            Qt::QueuedConnection);
     }
     QMetaObject::invokeMethod(
         receiver.data(),
