@@ -40,10 +40,12 @@ void LMInvoiceView::setRenderOnlyPageSize(const QSizeF &size) {
 void LMInvoiceView::setInvoice(TAInvoice *invoice) {
     m_invoice = invoice;
     setNeedsToUpdateCache(true);
-    if (LMInvoiceTemplateClass *invoiceTemplate = selectedTemplate())
+    if (LMInvoiceTemplateClass *invoiceTemplate = selectedTemplate()) {
         setTemplate(invoiceTemplate);
-    else
-        m_numberOfPages = 1, m_extraPages = 0;
+    } else {
+        m_numberOfPages = 1;
+        m_extraPages = 0;
+    }
 }
 
 void LMInvoiceView::setTemplate(LMInvoiceTemplateClass *invoiceTemplate) {
@@ -251,15 +253,13 @@ void LMInvoiceView::drawElementsFromPage(QPainter *painter, LMInvoiceTemplatePag
         if (element.type == LMElementTypes::InvoiceItems)
             drawItemsTable(painter, element, frame, all, rect);
         else if (painter)
-            drawElement(painter, element, frame, all, rect);
+            drawElement(painter, element, frame);
     }
 }
 
-void LMInvoiceView::drawElement(QPainter *painter, const Element &element, const QRectF &frame,
-                                const QList<Element> &, const QRectF &) {
+void LMInvoiceView::drawElement(QPainter *painter, const Element &element, const QRectF &frame) {
     const QRectF textRect =
         LMGeometry::getTextRectFromRect(LMGeometry::getInsideRectFromRect(frame));
-    const QRectF shape(frame.x() + 3, frame.y() + 2, frame.width() - 7, frame.height() - 6);
     switch (LMElementTypes::kindForType(element.type)) {
     case LMElementKind::PlainText:
         LMTextPainter::drawAttributedString(painter, element.text, textRect);
@@ -278,36 +278,8 @@ void LMInvoiceView::drawElement(QPainter *painter, const Element &element, const
         if (!element.image.isNull())
             painter->drawImage(LMGeometry::getInsideRectNoBorderFromRect(frame), element.image);
         break;
-    case LMElementKind::Logo: {
-        const QImage logo = getLogo();
-        const QRectF box = LMGeometry::getInsideRectNoBorderFromRect(frame);
-        if (!logo.isNull())
-            painter->drawImage(LMBackgroundPainter::logoRect(logo.size(), box), logo);
-        break;
-    }
-    case LMElementKind::RoundedRectangle: {
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        QPainterPath path;
-        path.addRoundedRect(shape, 10, 10);
-        painter->fillPath(path, element.color);
-        painter->restore();
-        break;
-    }
-    case LMElementKind::Rectangle:
-        painter->fillRect(shape, element.color);
-        break;
-    case LMElementKind::Oval: {
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        QPainterPath path;
-        path.addEllipse(shape);
-        painter->fillPath(path, element.color);
-        painter->restore();
-        break;
-    }
-    case LMElementKind::Line:
-        painter->fillRect(shape.adjusted(0, 0, 0, 1), element.color);
+    case LMElementKind::Logo:
+        drawLogo(painter, LMGeometry::getInsideRectNoBorderFromRect(frame));
         break;
     case LMElementKind::TotalsTable:
     case LMElementKind::ItemsTable:
@@ -315,7 +287,40 @@ void LMInvoiceView::drawElement(QPainter *painter, const Element &element, const
     case LMElementKind::Stale:
         painter->fillRect(frame, Qt::red);
         break;
+    default:
+        drawShape(painter, element, frame);
+        break;
     }
+}
+
+void LMInvoiceView::drawLogo(QPainter *painter, const QRectF &box) {
+    const QImage logo = getLogo();
+    if (!logo.isNull())
+        painter->drawImage(LMBackgroundPainter::logoRect(logo.size(), box), logo);
+}
+
+void LMInvoiceView::drawShape(QPainter *painter, const Element &element, const QRectF &frame) {
+    const QRectF shape(frame.x() + 3, frame.y() + 2, frame.width() - 7, frame.height() - 6);
+    QPainterPath path;
+    switch (LMElementTypes::kindForType(element.type)) {
+    case LMElementKind::RoundedRectangle:
+        path.addRoundedRect(shape, 10, 10);
+        break;
+    case LMElementKind::Oval:
+        path.addEllipse(shape);
+        break;
+    case LMElementKind::Line:
+        // A new line is 6 high: one point of it is drawn.
+        painter->fillRect(shape.adjusted(0, 0, 0, 1), element.color);
+        return;
+    default:
+        painter->fillRect(shape, element.color);
+        return;
+    }
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->fillPath(path, element.color);
+    painter->restore();
 }
 
 namespace {

@@ -103,8 +103,9 @@ private:
 
     const QList<Element> &elementsOf(LMInvoiceTemplatePageClass *page);
     const LMTableModel &tableOf(LMInvoiceElementClass *element);
-    void drawElement(QPainter *painter, const Element &element, const QRectF &frame,
-                     const QList<Element> &all, const QRectF &page);
+    void drawElement(QPainter *painter, const Element &element, const QRectF &frame);
+    void drawShape(QPainter *painter, const Element &element, const QRectF &frame);
+    void drawLogo(QPainter *painter, const QRectF &box);
     void drawItemsTable(QPainter *painter, const Element &element, const QRectF &frame,
                         const QList<Element> &all, const QRectF &page);
     const QList<TAItem *> &items();
