@@ -1,6 +1,7 @@
 #include "store/document/TAInvoiceCacheUpdater.h"
 
 #include "store/TAContextDatabase.h"
+#include "store/document/TACacheRecordInbox.h"
 #include "store/document/TADocument.h"
 #include "store/document/TADocumentWindow.h"
 #include "store/entities/TAInvoice.h"
@@ -9,6 +10,7 @@
 #include "store/objectstore/ManagedObjectContext.h"
 #include "store/objectstore/PersistentStore.h"
 
+#include <QElapsedTimer>
 #include <QPointer>
 
 namespace {
@@ -46,11 +48,22 @@ QList<TAInvoice *> invoicesWithIDs(const QList<ObjectID> &ids, ManagedObjectCont
     return invoices;
 }
 
-// Runs on the worker. Reads only: the private context is never saved. The lists hear that
-// the run is over before the context is torn down, which on a large file takes a while.
+// Runs on the worker. Reads only: the private context is never saved. The end of the run is
+// announced before the context is torn down, which on a large file takes a while.
 void computeTotals(const std::shared_ptr<PersistentStore> &store, const QList<ObjectID> &ids,
                    bool everything, QPointer<TAInvoiceCacheUpdater> receiver,
-                   const std::shared_ptr<std::atomic_bool> &cancelled) {
+                   const std::shared_ptr<std::atomic_bool> &cancelled,
+                   const std::shared_ptr<TACacheRecordInbox> &inbox) {
+    auto send = [&](QVariantMap record) {
+        if (inbox->put(std::move(record)))
+            QMetaObject::invokeMethod(
+                receiver.data(),
+                [receiver] {
+                    if (receiver)
+                        receiver->drainInbox();
+                },
+                Qt::QueuedConnection);
+    };
     ManagedObjectContext context(store);
     context.setUndoManager(nullptr);
     const QList<TAInvoice *> invoices =
@@ -59,28 +72,17 @@ void computeTotals(const std::shared_ptr<PersistentStore> &store, const QList<Ob
         if (cancelled->load())
             return;
         invoice->updateCachedValues();
-        QMetaObject::invokeMethod(
-            receiver.data(),
-            [receiver, record = valueRecord(invoice)] {
-                if (receiver)
-                    receiver->updateInvoiceChachedValues(record);
-            },
-            Qt::QueuedConnection);
+        send(valueRecord(invoice));
     }
-    QMetaObject::invokeMethod(
-        receiver.data(),
-        [receiver] {
-            if (receiver)
-                receiver->onOperationFinished();
-        },
-        Qt::QueuedConnection);
+    send({}); // the run is over
 }
 
 } // namespace
 
 TAInvoiceCacheUpdater::TAInvoiceCacheUpdater(TADocument &document)
     : m_document(document)
-    , m_cancelled(std::make_shared<std::atomic_bool>(false)) {
+    , m_cancelled(std::make_shared<std::atomic_bool>(false))
+    , m_inbox(std::make_shared<TACacheRecordInbox>()) {
     m_queue.setMaxThreadCount(1);
     m_queue.setExpiryTimeout(-1);
 }
@@ -130,8 +132,10 @@ bool TAInvoiceCacheUpdater::saveBeforeBackgroundRun() {
     ManagedObjectContext *context = m_document.managedObjectContext();
     if (!context)
         return false;
-    // The worker reads the file: what it needs must be there. Failures are not shown; the
-    // totals stay as they were until the next change.
+    // The worker reads the file: what it needs must be there, the preferences among them, so
+    // that it never makes them itself (that asks the user's address card, which is no work
+    // for a worker). Failures are not shown; the totals stay as they were until the next change.
+    (void)m_document.preferences();
     (void)context->save();
     m_document.replaceRecordedModificationDate();
     return true;
@@ -160,10 +164,10 @@ void TAInvoiceCacheUpdater::updateInvoiceCacheWithObjectId(const ObjectID &invoi
 }
 
 void TAInvoiceCacheUpdater::enqueue(QList<ObjectID> invoiceIDs, bool allInvoices) {
-    m_queue.start([store = m_document.sharedStore(), ids = std::move(invoiceIDs), allInvoices,
-                   receiver = QPointer<TAInvoiceCacheUpdater>(this), cancelled = m_cancelled] {
-        computeTotals(store, ids, allInvoices, receiver, cancelled);
-    });
+    m_queue.start(
+        [store = m_document.sharedStore(), ids = std::move(invoiceIDs), allInvoices,
+         receiver = QPointer<TAInvoiceCacheUpdater>(this), cancelled = m_cancelled,
+         inbox = m_inbox] { computeTotals(store, ids, allInvoices, receiver, cancelled, inbox); });
 }
 
 void TAInvoiceCacheUpdater::onMainThreadUpdateInvoicesCache() {
@@ -207,8 +211,23 @@ void TAInvoiceCacheUpdater::updateInvoiceChachedValues(const QVariantMap &record
         emit cachedValuesApplied(id);
 }
 
-void TAInvoiceCacheUpdater::onOperationFinished() {
-    cacheReload();
+void TAInvoiceCacheUpdater::drainInbox() {
+    constexpr qint64 kBudgetNs = 4 * 1000 * 1000;
+    QElapsedTimer turn;
+    turn.start();
+    QVariantMap record;
+    while (m_inbox->take(&record)) {
+        if (record.isEmpty())
+            cacheReload();
+        else
+            updateInvoiceChachedValues(record);
+        if (turn.nsecsElapsed() > kBudgetNs) {
+            // The rest on a later turn, after whatever else waits.
+            QMetaObject::invokeMethod(this, &TAInvoiceCacheUpdater::drainInbox,
+                                      Qt::QueuedConnection);
+            return;
+        }
+    }
 }
 
 void TAInvoiceCacheUpdater::cacheReload() {
@@ -221,5 +240,6 @@ void TAInvoiceCacheUpdater::stop() {
     m_cancelled->store(true);
     m_queue.clear();
     m_queue.waitForDone();
+    m_inbox->clear();
     m_cancelled = std::make_shared<std::atomic_bool>(false);
 }

@@ -12,14 +12,16 @@
 #include <memory>
 
 class ManagedObjectContext;
+class TACacheRecordInbox;
 class TADocument;
 struct ObjectsDidChange;
 
 // Keeps the six cached totals of a document's invoices fresh. Requests only record invoice
 // identities; when the context announces its changes, the main context is saved and the
 // totals are computed on a serial background worker in a context of its own, and the values
-// come back to the main thread one invoice at a time. Documents without a file, or locked
-// ones, compute on the main thread instead. Main thread only, apart from the worker.
+// come back to the main thread without the worker waiting, applied one invoice at a time. Documents
+// without a file, or locked ones, compute on the main thread instead. Main thread only, apart from
+// the worker.
 class TAInvoiceCacheUpdater : public QObject, public TAInvoiceCacheQueue {
     Q_OBJECT
 public:
@@ -44,8 +46,9 @@ public:
     // Applies one value record ("objectID" and the six decimals) outside undo.
     void updateInvoiceChachedValues(const QVariantMap &record);
 
-    // The worker's last message of a run.
-    void onOperationFinished();
+    // Applies what the worker has sent, one record at a time, for a few milliseconds per turn
+    // of the event loop so that the window stays responsive while a long list trickles in.
+    void drainInbox();
     // Drops work not yet started, asks a running operation to stop, and waits for it.
     void stop();
 
@@ -67,4 +70,5 @@ private:
     bool m_enabled = false;
     QMetaObject::Connection m_observer;
     std::shared_ptr<std::atomic_bool> m_cancelled;
+    std::shared_ptr<TACacheRecordInbox> m_inbox;
 };
