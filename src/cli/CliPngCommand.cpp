@@ -11,14 +11,14 @@ QString CliPngCommand::usage() const {
         "Usage: billfold-cli png FILE --invoice NUMBER [--page N] -o OUT.png [--scale S]\n"
         "                        [--template NAME]\n\n"
         "Draws one page of an invoice (the first by default) as a PNG picture.\n"
-        "  --template  draw with the document's template of that name instead\n"
-        "  --scale  pixels per point, 1 by default (72 dots per inch)\n");
+        "  --scale     pixels per point, 1 by default (72 dots per inch)\n"
+        "  --template  draw with the document's template of that name instead\n");
 }
 
 int CliPngCommand::run(const QStringList &arguments, QTextStream &out, QTextStream &err) {
-    auto parsed =
-        CliArguments::parse(arguments, {QStringLiteral("--invoice"), QStringLiteral("--page"),
-                                        QStringLiteral("-o"), QStringLiteral("--scale")});
+    auto parsed = CliArguments::parse(
+        arguments, {QStringLiteral("--invoice"), QStringLiteral("--page"), QStringLiteral("-o"),
+                    QStringLiteral("--scale"), QStringLiteral("--template")});
     if (!parsed)
         return usageError(err, parsed.error().message);
     if (parsed->positional().size() != 1 || !parsed->has(QStringLiteral("--invoice")) ||

@@ -47,7 +47,18 @@ TEST(CliOutput, PdfAndPngOfTheSampleInvoices) {
         cli({QStringLiteral("png"), file, QStringLiteral("--invoice"), QStringLiteral("2001"),
              QStringLiteral("--page"), QStringLiteral("1"), QStringLiteral("-o"), png});
     EXPECT_EQ(picture.status, 0) << picture.err.toStdString();
-    EXPECT_FALSE(QImage(png).isNull());
+    EXPECT_EQ(QImage(png).size(), QSize(595, 842)) << "Blue Simple is A4";
+    const CliOutcome other =
+        cli({QStringLiteral("png"), file, QStringLiteral("--invoice"), QStringLiteral("2001"),
+             QStringLiteral("--template"), QStringLiteral("Sky"), QStringLiteral("--scale"),
+             QStringLiteral("0.5"), QStringLiteral("-o"), png});
+    EXPECT_EQ(other.status, 0) << other.err.toStdString();
+    EXPECT_EQ(QImage(png).size(), QSize(306, 396)) << "Sky is US Letter, at half scale";
+    EXPECT_EQ(cli({QStringLiteral("pdf"), file, QStringLiteral("--all"),
+                   dir.filePath(QStringLiteral("none")), QStringLiteral("--template"),
+                   QStringLiteral("Nope")})
+                  .status,
+              1);
 
     EXPECT_EQ(cli({QStringLiteral("png"), file, QStringLiteral("--invoice"), QStringLiteral("2001"),
                    QStringLiteral("--page"), QStringLiteral("9"), QStringLiteral("-o"), png})
