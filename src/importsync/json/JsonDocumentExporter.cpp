@@ -13,12 +13,17 @@ JsonDocumentExporter::propertiesOf(const EntityDescription *entity) {
     QList<Property> properties;
     for (const AttributeDescription &attribute : entity->attributes())
         if (!attribute.transient)
-            properties.append({attribute.name, &attribute});
+            properties.append({attribute.name, &attribute, {}});
     for (const RelationshipDescription &link : entity->relationships())
         if (!link.toMany)
-            properties.append({link.name, nullptr});
+            properties.append({link.name, nullptr, {}});
     std::sort(properties.begin(), properties.end(),
               [](const Property &a, const Property &b) { return a.name < b.name; });
+    for (Property &property : properties) {
+        property.prefix = QByteArrayLiteral(",\n      ");
+        JsonText::appendString(property.prefix, property.name);
+        property.prefix.append(": ");
+    }
     return properties;
 }
 
@@ -27,6 +32,15 @@ JsonDocumentExporter::JsonDocumentExporter(ManagedObjectContext &context)
 
 QString JsonDocumentExporter::keyOf(const ManagedObject *object) {
     return object->entity()->name() + u'/' + QString::number(object->objectID().number());
+}
+
+void JsonDocumentExporter::appendKey(QByteArray &out, const ManagedObject *object) {
+    // Entity names are plain ASCII identifiers: nothing to escape.
+    out.append('"');
+    out.append(object->entity()->name().toLatin1());
+    out.append('/');
+    out.append(QByteArray::number(object->objectID().number()));
+    out.append('"');
 }
 
 Result<void> JsonDocumentExporter::collect() {
@@ -45,8 +59,6 @@ Result<void> JsonDocumentExporter::collect() {
         std::sort(objects.begin(), objects.end(), [](ManagedObject *a, ManagedObject *b) {
             return a->objectID().number() < b->objectID().number();
         });
-        for (ManagedObject *object : objects)
-            m_keys.insert(keyOf(object));
         m_objects.append({entity->name(), objects, propertiesOf(entity)});
     }
     return {};
@@ -54,7 +66,7 @@ Result<void> JsonDocumentExporter::collect() {
 
 Result<QByteArray> JsonDocumentExporter::exportDocument() {
     m_objects.clear();
-    m_keys.clear();
+    m_numbers.clear();
     if (auto collected = collect(); !collected)
         return collected.error();
     QByteArray out;
@@ -70,7 +82,7 @@ Result<QByteArray> JsonDocumentExporter::exportDocument() {
         for (const ManagedObject *object : group.objects) {
             out.append(first ? "\n    " : ",\n    ");
             first = false;
-            JsonText::appendString(out, keyOf(object));
+            appendKey(out, object);
             out.append(": ");
             writeObject(out, object, group.properties);
         }
@@ -86,14 +98,13 @@ void JsonDocumentExporter::writeObject(QByteArray &out, const ManagedObject *obj
     out.append('{');
     bool first = true;
     for (const Property &property : properties) {
-        out.append(first ? "\n      " : ",\n      ");
+        // The prefix starts with the comma that all but the first member need.
+        out.append(QByteArrayView(property.prefix).sliced(first ? 1 : 0));
         first = false;
-        JsonText::appendString(out, property.name);
-        out.append(": ");
         if (property.attribute) {
             writeAttribute(out, object, *property.attribute);
         } else if (const ManagedObject *target = object->objectForKey(property.name)) {
-            JsonText::appendString(out, keyOf(target));
+            appendKey(out, target);
         } else {
             out.append("null");
         }
@@ -150,6 +161,11 @@ QString JsonDocumentExporter::keyForUriText(const QString &text) const {
     const EntityDescription *entity = m_context.model()->entity(parts->entityName);
     if (!entity || ObjectID(entity, parts->storeUuid, parts->number, false).uriText() != text)
         return {};
-    const QString key = parts->entityName + u'/' + QString::number(parts->number);
-    return m_keys.contains(key) ? key : QString();
+    if (m_numbers.isEmpty())
+        for (const EntityObjects &group : m_objects)
+            for (const ManagedObject *o : group.objects)
+                m_numbers[group.entity].insert(o->objectID().number());
+    if (!m_numbers.value(parts->entityName).contains(parts->number))
+        return {};
+    return parts->entityName + u'/' + QString::number(parts->number);
 }

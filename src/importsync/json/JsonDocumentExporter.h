@@ -28,11 +28,13 @@ public:
     Result<QByteArray> exportDocument();
 
     static QString keyOf(const ManagedObject *object);
+    static void appendKey(QByteArray &out, const ManagedObject *object);
 
 private:
     struct Property {
         QString name;
         const AttributeDescription *attribute = nullptr; // null: a to-one link
+        QByteArray prefix;                               // ",\n      \"name\": "
     };
     struct EntityObjects {
         QString entity;
@@ -50,5 +52,6 @@ private:
 
     ManagedObjectContext &m_context;
     QList<EntityObjects> m_objects;
-    QSet<QString> m_keys;
+    // Numbers of the objects per entity, made when a text first looks like an object URI.
+    mutable QHash<QString, QSet<qint64>> m_numbers;
 };

@@ -1,6 +1,6 @@
 #include "importsync/json/JsonText.h"
 
-#include <QRegularExpression>
+#include <cstdio>
 
 #include <algorithm>
 #include <charconv>
@@ -61,19 +61,89 @@ QByteArray JsonText::quoted(QStringView text) {
     return out;
 }
 
+namespace {
+
+constexpr qint64 kMsPerDay = 86'400'000;
+
+// Two to four decimal digits at `at`; -1 where one is not a digit.
+int digits(const QString &text, qsizetype at, int count) {
+    int value = 0;
+    for (int i = 0; i < count; ++i) {
+        const char16_t c = text[at + i].unicode();
+        if (c < u'0' || c > u'9')
+            return -1;
+        value = value * 10 + (c - u'0');
+    }
+    return value;
+}
+
+bool at(const QString &text, qsizetype index, char16_t expected) {
+    return index < text.size() && text[index].unicode() == expected;
+}
+
+} // namespace
+
+// Dates are written and read by the hundred thousand in a large document; Qt's general
+// format and parse routines cost more than the rest of an object together, so the one
+// fixed form is done directly. The calendar arithmetic stays with QDate.
 QString JsonText::dateText(const QDateTime &date) {
-    return date.toUTC().toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzz")) + u'Z';
+    const qint64 ms = date.toMSecsSinceEpoch();
+    qint64 days = ms / kMsPerDay;
+    qint64 rest = ms % kMsPerDay;
+    if (rest < 0) {
+        rest += kMsPerDay;
+        --days;
+    }
+    const QDate day = QDate(1970, 1, 1).addDays(days);
+    if (!day.isValid() || day.year() < 1 || day.year() > 9999)
+        return date.toUTC().toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzz")) + u'Z';
+    char text[32];
+    const int length =
+        std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d.%03dZ", day.year(),
+                      day.month(), day.day(), int(rest / 3'600'000), int(rest / 60'000 % 60),
+                      int(rest / 1000 % 60), int(rest % 1000));
+    return QString::fromLatin1(text, length);
 }
 
 std::optional<QDateTime> JsonText::parseDate(const QString &text) {
-    static const QRegularExpression shape(
-        QStringLiteral(R"(^\d{4}-\d{2}-\d{2}T\d{2}:\d{2}:\d{2}(\.\d{1,3})?(Z|[+-]\d{2}:\d{2})$)"));
-    if (!shape.match(text).hasMatch())
+    // yyyy-MM-ddTHH:mm:ss[.f{1,3}](Z|±HH:mm)
+    if (text.size() < 20 || !at(text, 4, u'-') || !at(text, 7, u'-') || !at(text, 10, u'T') ||
+        !at(text, 13, u':') || !at(text, 16, u':'))
         return std::nullopt;
-    const QDateTime date = QDateTime::fromString(text, Qt::ISODateWithMs);
-    if (!date.isValid())
+    const int year = digits(text, 0, 4), month = digits(text, 5, 2),
+              dayOfMonth = digits(text, 8, 2);
+    const int hour = digits(text, 11, 2), minute = digits(text, 14, 2),
+              second = digits(text, 17, 2);
+    const QDate day(year, month, dayOfMonth);
+    if (year < 0 || !day.isValid() || hour < 0 || hour > 23 || minute < 0 || minute > 59 ||
+        second < 0 || second > 59)
         return std::nullopt;
-    return date.toUTC();
+    qsizetype index = 19;
+    int ms = 0;
+    if (at(text, index, u'.')) {
+        int scale = 100;
+        for (++index; index < text.size() && text[index].isDigit() && scale > 0; ++index) {
+            ms += (text[index].unicode() - u'0') * scale;
+            scale /= 10;
+        }
+        if (scale == 100)
+            return std::nullopt;
+    }
+    int offsetMinutes = 0;
+    if (at(text, index, u'Z') && index + 1 == text.size()) {
+        offsetMinutes = 0;
+    } else if ((at(text, index, u'+') || at(text, index, u'-')) && index + 6 == text.size() &&
+               at(text, index + 3, u':')) {
+        const int hours = digits(text, index + 1, 2), minutes = digits(text, index + 4, 2);
+        if (hours < 0 || hours > 23 || minutes < 0 || minutes > 59)
+            return std::nullopt;
+        offsetMinutes = (hours * 60 + minutes) * (at(text, index, u'-') ? -1 : 1);
+    } else {
+        return std::nullopt;
+    }
+    const qint64 ms0 = QDate(1970, 1, 1).daysTo(day) * kMsPerDay +
+                       ((hour * 60 + minute - offsetMinutes) * 60 + second) * qint64(1000) + ms;
+    return QDateTime::fromMSecsSinceEpoch(ms0, Qt::UTC);
 }
 
 QByteArray JsonText::doubleLiteral(double value) {

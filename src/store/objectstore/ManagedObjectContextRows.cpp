@@ -179,36 +179,72 @@ void ManagedObjectContext::ensureEntityLoaded(const EntityDescription *entity) {
         object->awakeFromFetch();
 }
 
+namespace {
+
+// The three statements of one entity's table, prepared once per save: a large save writes
+// many rows of few tables, and building and looking up the SQL text per row cost more than
+// writing the row.
+enum class RowWrite { Insert, Update, Delete };
+
+struct RowStatements {
+    SqliteStatement *insert = nullptr;
+    SqliteStatement *update = nullptr;
+    SqliteStatement *remove = nullptr;
+};
+
+SqliteStatement *rowStatement(SqliteConnection &db, const EntityDescription *entity,
+                              RowStatements &cached, RowWrite kind) {
+    SqliteStatement *&stmt = kind == RowWrite::Insert   ? cached.insert
+                             : kind == RowWrite::Update ? cached.update
+                                                        : cached.remove;
+    if (stmt)
+        return stmt;
+    const QString table = quoted(PersistentStore::tableName(entity));
+    const QStringList columns = columnsOf(entity);
+    switch (kind) {
+    case RowWrite::Delete:
+        stmt = db.statement(QStringLiteral("DELETE FROM %1 WHERE pk = ?").arg(table));
+        break;
+    case RowWrite::Update: {
+        QStringList assignments;
+        for (const QString &c : columns)
+            assignments.append(c + QStringLiteral(" = ?"));
+        stmt = db.statement(QStringLiteral("UPDATE %1 SET %2 WHERE pk = ?%3")
+                                .arg(table, assignments.join(QStringLiteral(", ")))
+                                .arg(columns.size() + 1));
+        break;
+    }
+    case RowWrite::Insert:
+        stmt = db.statement(QStringLiteral("INSERT INTO %1 (%2, pk) VALUES (%3?%4)")
+                                .arg(table, columns.join(QStringLiteral(", ")),
+                                     QStringLiteral("?, ").repeated(columns.size()))
+                                .arg(columns.size() + 1));
+        break;
+    }
+    return stmt;
+}
+
+} // namespace
+
 Result<void> ManagedObjectContext::writeChanges(SqliteConnection &db,
                                                 const QList<ManagedObject *> &changed) {
+    QHash<const EntityDescription *, RowStatements> statements;
     for (ManagedObject *object : changed) {
         const EntityDescription *entity = object->m_entity;
-        const QString table = quoted(PersistentStore::tableName(entity));
+        RowStatements &cached = statements[entity];
         SqliteStatement *stmt = nullptr;
         if (object->m_deleted) {
             if (!object->m_hasRow)
                 continue;
-            stmt = db.statement(QStringLiteral("DELETE FROM %1 WHERE pk = ?").arg(table));
+            stmt = rowStatement(db, entity, cached, RowWrite::Delete);
             if (!stmt)
                 return Error{ErrorCode::WriteFailed, db.lastError()};
             sqlite3_bind_int64(stmt->handle(), 1, object->m_id.number());
         } else {
             if (object->m_hasRow && !object->m_dirty)
                 continue;
-            const QStringList columns = columnsOf(entity);
-            if (object->m_hasRow) {
-                QStringList assignments;
-                for (const QString &c : columns)
-                    assignments.append(c + QStringLiteral(" = ?"));
-                stmt = db.statement(QStringLiteral("UPDATE %1 SET %2 WHERE pk = ?%3")
-                                        .arg(table, assignments.join(QStringLiteral(", ")))
-                                        .arg(columns.size() + 1));
-            } else {
-                stmt = db.statement(QStringLiteral("INSERT INTO %1 (%2, pk) VALUES (%3?%4)")
-                                        .arg(table, columns.join(QStringLiteral(", ")),
-                                             QStringLiteral("?, ").repeated(columns.size()))
-                                        .arg(columns.size() + 1));
-            }
+            stmt = rowStatement(db, entity, cached,
+                                object->m_hasRow ? RowWrite::Update : RowWrite::Insert);
             if (!stmt)
                 return Error{ErrorCode::WriteFailed, db.lastError()};
             sqlite3_stmt *s = stmt->handle();
