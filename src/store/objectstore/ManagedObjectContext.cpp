@@ -435,7 +435,10 @@ ManagedObjectContext::fetchRequestFromTemplate(const QString &name,
         return Error{ErrorCode::UnknownEntity,
                      QStringLiteral("There is no fetch request named “%1”.").arg(name)};
     FetchRequest request(fetchTemplate->entityName);
-    if (!fetchTemplate->predicateFormat.isEmpty()) {
+    if (const auto parsed = model()->fetchRequestTemplatePredicate(name)) {
+        request.predicate =
+            std::make_shared<const Predicate>(parsed->withSubstitutionVariables(variables));
+    } else if (!fetchTemplate->predicateFormat.isEmpty()) {
         auto parsed = Predicate::parse(fetchTemplate->predicateFormat);
         if (!parsed)
             return Error{ErrorCode::InvalidPredicate, parsed.error().message};

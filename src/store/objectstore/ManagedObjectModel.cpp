@@ -1,5 +1,7 @@
 #include "store/objectstore/ManagedObjectModel.h"
 
+#include "store/objectstore/Predicate.h"
+
 #include <QCryptographicHash>
 #include <QSet>
 
@@ -139,6 +141,11 @@ Result<void> ManagedObjectModel::finish() {
         hash.addData(props.join(u';').toUtf8());
     }
     m_hash = hash.result().toHex();
+    for (auto it = m_templates.cbegin(); it != m_templates.cend(); ++it)
+        if (!it->predicateFormat.isEmpty())
+            if (auto parsed = Predicate::parse(it->predicateFormat))
+                m_templatePredicates.insert(it.key(),
+                                            std::make_shared<const Predicate>(std::move(*parsed)));
     m_finished = true;
     return {};
 }
@@ -157,6 +164,11 @@ QList<const EntityDescription *> ManagedObjectModel::entities() const {
 const FetchRequestTemplate *ManagedObjectModel::fetchRequestTemplate(const QString &name) const {
     auto it = m_templates.constFind(name);
     return it == m_templates.cend() ? nullptr : &it.value();
+}
+
+std::shared_ptr<const Predicate>
+ManagedObjectModel::fetchRequestTemplatePredicate(const QString &name) const {
+    return m_templatePredicates.value(name);
 }
 
 QStringList ManagedObjectModel::fetchRequestTemplateNames() const {

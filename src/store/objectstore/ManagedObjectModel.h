@@ -10,6 +10,8 @@
 #include <memory>
 #include <vector>
 
+class Predicate;
+
 // A named fetch: an entity and a predicate text that may use $param1..$param3.
 struct FetchRequestTemplate {
     QString entityName;
@@ -38,6 +40,9 @@ public:
     const EntityDescription *entity(const QString &name) const;
     QList<const EntityDescription *> entities() const;
     const FetchRequestTemplate *fetchRequestTemplate(const QString &name) const;
+    // The template's text parsed once when the model is finished; null where it is empty or
+    // does not parse. The rules ask for some templates once per object they compute.
+    std::shared_ptr<const Predicate> fetchRequestTemplatePredicate(const QString &name) const;
     QStringList fetchRequestTemplateNames() const;
 
 private:
@@ -45,6 +50,7 @@ private:
     std::vector<std::unique_ptr<EntityDescription>> m_entities;
     QHash<QString, EntityDescription *> m_byName;
     QHash<QString, FetchRequestTemplate> m_templates;
+    QHash<QString, std::shared_ptr<const Predicate>> m_templatePredicates;
     QByteArray m_hash;
     bool m_finished = false;
 };
