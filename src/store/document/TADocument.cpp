@@ -20,6 +20,8 @@
 #include <QUrl>
 #include <QtDebug>
 
+#include <exception>
+
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
@@ -303,12 +305,22 @@ bool TADocument::autosaveWithImplicitCancellability() {
     return true;
 }
 
+// The one place where an exception is caught: a write that throws answers a failure with no
+// text of its own, and the document stays as it was.
+Result<void> TADocument::writeContext() {
+    try {
+        return m_context->save();
+    } catch (const std::exception &) {
+        return Error{ErrorCode::WriteFailed, QString()};
+    }
+}
+
 Result<void> TADocument::save() {
     if (!m_context)
         return Error{ErrorCode::WriteFailed, tr("The document has nothing to save.")};
     if (fileURL().isEmpty())
         return Error{ErrorCode::WriteFailed, tr("The document has no file yet.")};
-    if (auto saved = m_context->save(); !saved)
+    if (auto saved = writeContext(); !saved)
         return saved;
     recordSavedModificationDate();
     updateChangeCount(ChangeCleared);
@@ -321,7 +333,7 @@ Result<void> TADocument::saveAs(const QString &path) {
         return Error{ErrorCode::WriteFailed, tr("The document has nothing to save.")};
     if (auto allowed = panel(nullptr, path); !allowed)
         return allowed;
-    if (auto saved = m_context->save(); !saved)
+    if (auto saved = writeContext(); !saved)
         return saved;
     if (auto written = m_store->saveAs(path); !written)
         return written;

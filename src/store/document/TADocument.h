@@ -120,6 +120,7 @@ private:
     void stopTimers();
     void disableDocumentStuff();
     void recordSavedModificationDate();
+    Result<void> writeContext();
     void connectUndoManager();
 
     std::shared_ptr<PersistentStore> m_store;

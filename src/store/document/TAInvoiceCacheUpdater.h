@@ -49,6 +49,10 @@ public:
     // Applies what the worker has sent, one record at a time, for a few milliseconds per turn
     // of the event loop so that the window stays responsive while a long list trickles in.
     void drainInbox();
+    // How long one turn of the event loop may spend applying records; 0 applies one per turn.
+    static void setDrainBudget(qint64 nanoseconds);
+    // Lets the worker finish what it was given; its records still arrive through the loop.
+    void waitForDone() { m_queue.waitForDone(); }
     // Drops work not yet started, asks a running operation to stop, and waits for it.
     void stop();
 

@@ -1,6 +1,7 @@
 #include "DocumentTestSupport.h"
 
 #include "billing/dates/ScopedFixedClock.h"
+#include "store/document/TACacheRecordInbox.h"
 #include "store/document/TAInvoiceCacheUpdater.h"
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAMaterial.h"
@@ -44,8 +45,12 @@ protected:
     }
     // Announces the event's changes and waits until the worker has finished all it was given.
     void endEventAndSettle(TADocument *document) {
+        endEventAndSettleAfter(
+            [document] { document->managedObjectContext()->processPendingChanges(); }, document);
+    }
+    void endEventAndSettleAfter(const std::function<void()> &start, TADocument *document) {
         const int before = reloads;
-        document->managedObjectContext()->processPendingChanges();
+        start();
         ASSERT_TRUE(spinUntil([&] { return reloads > before; }));
         document->cacheUpdater().stop();
         QCoreApplication::processEvents();
@@ -129,4 +134,48 @@ TEST_F(InvoiceCache, InvoiceDeletedBeforeTheRunIsSkipped) {
     EXPECT_FALSE(applied.contains(doomedID));
     EXPECT_EQ(keep->total(), dec("6"));
     EXPECT_EQ(document->managedObjectContext()->existingObjectWithID(doomedID), nullptr);
+}
+
+// A long list arrives over many turns of the event loop, and the end of the run is heard only
+// after its last record.
+TEST_F(InvoiceCache, LongRunEndsAfterItsLastRecord) {
+    TADocument *document = savedDocument();
+    QList<TAInvoice *> invoices;
+    for (int i = 0; i < 300; ++i)
+        invoices.append(invoiceWithMaterial(document, "1", "2"));
+    endEventAndSettle(document);
+    for (TAInvoice *invoice : invoices) // stale values, as from an older program
+        invoice->setPrimitiveValueForKey(QVariant::fromValue(dec("0")), QStringLiteral("total"));
+    applied.clear();
+    qsizetype appliedAtEnd = -1;
+    QObject::connect(&document->cacheUpdater(), &TAInvoiceCacheUpdater::cacheReloaded,
+                     &document->cacheUpdater(), [&] { appliedAtEnd = applied.size(); });
+    TAInvoiceCacheUpdater::setDrainBudget(0);
+    endEventAndSettleAfter(
+        [&] {
+            document->updateInvoicesCache();
+            document->cacheUpdater().waitForDone(); // everything is sent before any arrives
+        },
+        document);
+    TAInvoiceCacheUpdater::setDrainBudget(4 * 1000 * 1000);
+    EXPECT_EQ(appliedAtEnd, 300);
+    for (TAInvoice *invoice : invoices)
+        ASSERT_EQ(invoice->total(), dec("2"));
+}
+
+TEST(CacheRecordInbox, AsksForADrainOnlyWhenNonePending) {
+    TACacheRecordInbox inbox;
+    EXPECT_TRUE(inbox.put({{QStringLiteral("n"), 1}}));
+    EXPECT_FALSE(inbox.put({{QStringLiteral("n"), 2}}));
+    QVariantMap record;
+    ASSERT_TRUE(inbox.take(&record));
+    EXPECT_EQ(record.value(QStringLiteral("n")), 1);
+    // A put while the drain is still running needs no second drain.
+    EXPECT_FALSE(inbox.put({{QStringLiteral("n"), 3}}));
+    ASSERT_TRUE(inbox.take(&record));
+    ASSERT_TRUE(inbox.take(&record));
+    EXPECT_EQ(record.value(QStringLiteral("n")), 3);
+    EXPECT_FALSE(inbox.take(&record));
+    // Once the drain found it empty, the next record must ask again or it would be lost.
+    EXPECT_TRUE(inbox.put({}));
 }
