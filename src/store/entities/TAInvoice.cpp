@@ -259,6 +259,7 @@ struct TAInvoice::TotalsRules {
     TADecimalNumberBehavior behavior;
     bool taxesEnabled = false;
     bool taxesCombined = false;
+    std::vector<TotalsLine> lines;
 };
 
 TADecimalNumberBehavior TAInvoice::behavior() const {
@@ -305,12 +306,27 @@ qsizetype TAInvoice::numberOfItems() const {
 
 // --- Cached totals: every step rounds to the currency, in the order written -------------
 
+std::vector<TAInvoice::TotalsLine> TAInvoice::liveLines() const {
+    std::vector<TotalsLine> lines;
+    for (const TAItem *item : items())
+        if (isLive(item)) // an item deleted meanwhile is skipped
+            lines.push_back({orZero(item->total()), orZero(item->tax())});
+    return lines;
+}
+
+const std::vector<TAInvoice::TotalsLine> &TAInvoice::lines(std::vector<TotalsLine> &own) const {
+    if (m_rules)
+        return m_rules->lines;
+    own = liveLines();
+    return own;
+}
+
 void TAInvoice::cacheSubTotal() {
     const TADecimalNumberBehavior b = behavior();
     Decimal sum;
-    for (const TAItem *item : items())
-        if (isLive(item)) // an item deleted meanwhile is skipped
-            sum = DecimalMath::add(sum, orZero(item->total()), b);
+    std::vector<TotalsLine> own;
+    for (const TotalsLine &line : lines(own))
+        sum = DecimalMath::add(sum, line.total, b);
     setSubTotal(sum);
 }
 
@@ -318,12 +334,10 @@ void TAInvoice::cacheItemTaxes() {
     Decimal sum;
     if (taxesEnabled()) {
         const TADecimalNumberBehavior b = behavior();
-        for (const TAItem *item : items()) {
-            const Decimal rate = orZero(item->tax());
-            if (!isLive(item) || rate.sign() <= 0)
-                continue;
-            sum = DecimalMath::add(sum, DecimalMath::multiply(orZero(item->total()), rate, b), b);
-        }
+        std::vector<TotalsLine> own;
+        for (const TotalsLine &line : lines(own))
+            if (line.tax.sign() > 0)
+                sum = DecimalMath::add(sum, DecimalMath::multiply(line.total, line.tax, b), b);
     }
     setItemTaxes(sum);
 }
@@ -378,7 +392,7 @@ void TAInvoice::cacheTotalTaxes() {
 void TAInvoice::updateCachedValues() {
     if (!managedObjectContext())
         return;
-    const TotalsRules rules{behavior(), taxesEnabled(), taxesCombined()};
+    const TotalsRules rules{behavior(), taxesEnabled(), taxesCombined(), liveLines()};
     m_rules = &rules;
     cacheSubTotal();
     cacheItemTaxes();

@@ -6,6 +6,7 @@
 #include <QVariantMap>
 
 #include <functional>
+#include <vector>
 
 class LMInvoiceTemplateClass;
 class SortDescriptor;
@@ -137,4 +138,11 @@ private:
     // The currency behaviour and tax switches, read once for a whole refresh.
     struct TotalsRules;
     const TotalsRules *m_rules = nullptr;
+    // A live item's total and tax rate, read once for all steps of one refresh.
+    struct TotalsLine {
+        Decimal total;
+        Decimal tax;
+    };
+    std::vector<TotalsLine> liveLines() const;
+    const std::vector<TotalsLine> &lines(std::vector<TotalsLine> &own) const;
 };

@@ -154,6 +154,10 @@ double ManagedObject::doubleForKey(const QString &key) const {
 }
 
 bool ManagedObject::isNullForKey(const QString &key) const {
+    // A stored attribute is looked at in place: copying a variant that holds a decimal costs
+    // more than the test.
+    if (const QVariant *stored = storedValueForKey(key))
+        return !stored->isValid() || stored->isNull();
     const QVariant v = valueForKey(key);
     return !v.isValid() || v.isNull();
 }

@@ -73,7 +73,9 @@ public:
     QList<ManagedObject *> objectsForKey(const QString &key) const;
     template <class T> QList<T *> objectsForKeyAs(const QString &key) const {
         QList<T *> out;
-        for (ManagedObject *o : objectsForKey(key))
+        const QList<ManagedObject *> members = objectsForKey(key);
+        out.reserve(members.size());
+        for (ManagedObject *o : members)
             if (T *t = dynamic_cast<T *>(o))
                 out.append(t);
         return out;
