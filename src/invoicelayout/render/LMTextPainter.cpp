@@ -7,8 +7,8 @@
 #include <QTextLayout>
 
 // Found by the font cache's QHash through argument lookup, hence outside the unnamed namespace.
-static size_t qHash(const LMFontSpec &spec, size_t seed = 0) {
-    return qHashMulti(seed, spec.family, spec.size, spec.bold, spec.italic);
+static size_t qHash(const LMFontSpec &fontSpec, size_t seed = 0) {
+    return qHashMulti(seed, fontSpec.family, fontSpec.size, fontSpec.bold, fontSpec.italic);
 }
 
 namespace {
@@ -84,19 +84,19 @@ QList<Paragraph> paragraphsOf(const LMAttributedString &text) {
 
 QFont LMTextPainter::fontFor(const LMTextAttributes &attributes) {
     thread_local QHash<LMFontSpec, QFont> cache;
-    const LMFontSpec spec =
+    const LMFontSpec fontSpec =
         attributes.font.value_or(LMFontSpec{LMTextAttributes::systemFontFamily(), 12});
-    auto found = cache.constFind(spec);
+    auto found = cache.constFind(fontSpec);
     if (found != cache.constEnd())
         return *found;
-    QFont font(spec.family);
-    font.setPointSizeF(spec.size > 0 ? spec.size : 12);
-    font.setBold(spec.bold);
-    font.setItalic(spec.italic);
+    QFont font(fontSpec.family);
+    font.setPointSizeF(fontSpec.size > 0 ? fontSpec.size : 12);
+    font.setBold(fontSpec.bold);
+    font.setItalic(fontSpec.italic);
     // Unhinted outlines measure the same at every scale.
     font.setHintingPreference(QFont::PreferNoHinting);
     const QFont resolved(font, &pointDevice());
-    cache.insert(spec, resolved);
+    cache.insert(fontSpec, resolved);
     return resolved;
 }
 
