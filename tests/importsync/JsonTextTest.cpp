@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 
 TEST(JsonTextTest, DatesRoundTripExactlyAndOffsetsBecomeUtc) {
-    for (const char *text : {"2026-11-22T06:11:05.329Z", "1969-12-31T23:59:59.999Z",
-                             "0001-01-01T00:00:00.000Z", "2024-02-29T12:00:00.000Z",
-                             "9999-12-31T23:59:59.999Z", "1901-06-15T00:00:00.001Z"}) {
+    for (const char *text :
+         {"2026-11-22T06:11:05.329Z", "1969-12-31T23:59:59.999Z", "0001-01-01T00:00:00.000Z",
+          "2024-02-29T12:00:00.000Z", "9999-12-31T23:59:59.999Z", "1901-06-15T00:00:00.001Z"}) {
         const auto date = JsonText::parseDate(QString::fromLatin1(text));
         ASSERT_TRUE(date) << text;
         EXPECT_EQ(JsonText::dateText(*date), QString::fromLatin1(text));
@@ -17,8 +17,9 @@ TEST(JsonTextTest, DatesRoundTripExactlyAndOffsetsBecomeUtc) {
     // hundredths.
     EXPECT_EQ(JsonText::dateText(*JsonText::parseDate(QStringLiteral("2026-01-01T01:30:00+02:00"))),
               QStringLiteral("2025-12-31T23:30:00.000Z"));
-    EXPECT_EQ(JsonText::dateText(*JsonText::parseDate(QStringLiteral("2026-01-01T00:00:00.5-05:30"))),
-              QStringLiteral("2026-01-01T05:30:00.500Z"));
+    EXPECT_EQ(
+        JsonText::dateText(*JsonText::parseDate(QStringLiteral("2026-01-01T00:00:00.5-05:30"))),
+        QStringLiteral("2026-01-01T05:30:00.500Z"));
     EXPECT_EQ(JsonText::dateText(*JsonText::parseDate(QStringLiteral("2026-01-01T00:00:00.07Z"))),
               QStringLiteral("2026-01-01T00:00:00.070Z"));
     // A local time of day is written as its UTC instant.
