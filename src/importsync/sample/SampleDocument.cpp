@@ -1,8 +1,7 @@
 #include "importsync/sample/SampleDocument.h"
 
-#include "importsync/json/JsonDocumentExporter.h"
-#include "importsync/json/JsonDocumentImporter.h"
 #include "store/TADocModel.h"
+#include "store/document/OTVersionManager.h"
 #include "store/objectstore/EntityDescription.h"
 #include "store/objectstore/FetchRequest.h"
 #include "store/objectstore/ManagedObject.h"
@@ -10,6 +9,7 @@
 #include "store/objectstore/ManagedObjectModel.h"
 #include "store/objectstore/PersistentStore.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -28,28 +28,6 @@ bool isDesignEntity(const EntityDescription *entity) {
            entity->name() == QLatin1String("InvoiceElement");
 }
 
-// The sample's interchange text, read from a scratch copy: SQLite opens files only.
-Result<QByteArray> sampleInterchange() {
-    QTemporaryDir folder;
-    if (!folder.isValid())
-        return Error{ErrorCode::WriteFailed, folder.errorString()};
-    const QString copy = folder.filePath(QStringLiteral("Sample.tadb"));
-    if (!QFile::exists(kDocument))
-        return missing(kDocument);
-    if (!QFile::copy(kDocument, copy) ||
-        !QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner))
-        return Error{ErrorCode::WriteFailed,
-                     QStringLiteral("The sample document could not be copied to %1.").arg(copy)};
-    PersistentStore::Options options;
-    options.readOnly = true;
-    auto store = PersistentStore::open(copy, TADocModel::model(), options);
-    if (!store)
-        return store.error();
-    ManagedObjectContext context(*store);
-    JsonDocumentExporter exporter(context);
-    return exporter.exportDocument();
-}
-
 } // namespace
 
 Result<QDate> SampleDocument::anchor() {
@@ -62,19 +40,43 @@ Result<QDate> SampleDocument::anchor() {
     return day;
 }
 
-Result<void> SampleDocument::copyInto(ManagedObjectContext &target, const QDateTime &now) {
+Result<qint64> SampleDocument::daysTo(const QDateTime &now) {
     auto day = anchor();
     if (!day)
         return day.error();
-    auto text = sampleInterchange();
-    if (!text)
-        return text.error();
-    JsonDocumentImporter importer;
-    if (auto read = importer.read(*text); !read)
-        return read;
-    if (auto built = importer.build(target); !built)
-        return built;
-    moveDates(target, day->daysTo(now.toLocalTime().date()));
+    return day->daysTo(now.toLocalTime().date());
+}
+
+Result<QString> SampleDocument::extract(const QString &folder) {
+    const QString copy = QDir(folder).filePath(QStringLiteral("Sample.tadb"));
+    if (!QFile::exists(kDocument))
+        return missing(kDocument);
+    QFile::remove(copy);
+    if (!QFile::copy(kDocument, copy) ||
+        !QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner))
+        return Error{ErrorCode::WriteFailed,
+                     QStringLiteral("The sample document could not be copied to %1.").arg(copy)};
+    return copy;
+}
+
+Result<void> SampleDocument::copyInto(ManagedObjectContext &target, const QDateTime &now) {
+    auto days = daysTo(now);
+    if (!days)
+        return days.error();
+    QTemporaryDir folder;
+    if (!folder.isValid())
+        return Error{ErrorCode::WriteFailed, folder.errorString()};
+    auto path = extract(folder.path());
+    if (!path)
+        return path.error();
+    PersistentStore::Options options;
+    options.readOnly = true;
+    auto store = PersistentStore::open(*path, TADocModel::model(), options);
+    if (!store)
+        return store.error();
+    ManagedObjectContext source(*store);
+    OTVersionManager::copyAllObjectsFromContext(&source, &target);
+    moveDates(target, *days);
     return {};
 }
 

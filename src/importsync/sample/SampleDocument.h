@@ -12,12 +12,18 @@ class ManagedObjectContext;
 // whole days so that the business looks as recent as on the day the sample was written.
 class SampleDocument {
 public:
-    // Copies every object of the sample into `target`, an empty context of a new store, and
-    // moves the dates so that the sample's day becomes the day of `now`.
+    // Writes the compiled-in sample into the folder ("Sample.tadb"), since the store opens
+    // files only, and answers its path.
+    static Result<QString> extract(const QString &folder);
+
+    // Copies every object of the sample into `target`, an empty context of a new document,
+    // as the welcome window's sample command does, and moves the dates to the day of `now`.
     static Result<void> copyInto(ManagedObjectContext &target, const QDateTime &now);
 
     // The day the sample's dates are written relative to.
     static Result<QDate> anchor();
+    // Whole days from that day to the day of `now` (local time).
+    static Result<qint64> daysTo(const QDateTime &now);
 
     // Moves every date of the business by whole days. The invoice designs keep theirs: a
     // design's creation date tells the built-in set's order.
