@@ -4,10 +4,8 @@
 #include "cli/CliArguments.h"
 #include "cli/CliDocument.h"
 #include "importsync/sample/SampleDocument.h"
-#include "store/document/TADocument.h"
 
 #include <QFileInfo>
-#include <QTemporaryDir>
 
 QString CliNewCommand::usage() const {
     return QStringLiteral(
@@ -16,29 +14,6 @@ QString CliNewCommand::usage() const {
         "the document preferences and the default currency. With --sample it holds a small\n"
         "sample business instead. FILE must not exist.\n");
 }
-
-namespace {
-
-// As the welcome window's sample command does it: the document takes a copy of the sample
-// file's objects, then the dates move to today.
-Result<void> copySample(CliDocument &document) {
-    auto days = SampleDocument::daysTo(OTClock::now());
-    if (!days)
-        return days.error();
-    QTemporaryDir folder;
-    auto extracted = folder.isValid()
-                         ? SampleDocument::extract(folder.path())
-                         : Result<QString>(Error{ErrorCode::WriteFailed, folder.errorString()});
-    if (!extracted)
-        return extracted.error();
-    if (!document.document().replaceContentsWithCopyOfURL(*extracted))
-        return Error{ErrorCode::FileDamaged, QStringLiteral("The sample document could not "
-                                                            "be read.")};
-    SampleDocument::moveDates(document.context(), *days);
-    return {};
-}
-
-} // namespace
 
 int CliNewCommand::run(const QStringList &arguments, QTextStream &out, QTextStream &err) {
     auto parsed = CliArguments::parse(arguments, {}, {QStringLiteral("--sample")});
@@ -56,7 +31,8 @@ int CliNewCommand::run(const QStringList &arguments, QTextStream &out, QTextStre
         return fail(err, path, document.error().message, CliExit::FileUnusable);
     TADatabase &db = (*document)->database();
     if (parsed->has(QStringLiteral("--sample"))) {
-        if (auto copied = copySample(**document); !copied)
+        if (auto copied = SampleDocument::copyInto((*document)->document(), OTClock::now());
+            !copied)
             return fail(err, path, copied.error().message, CliExit::FileUnusable);
     } else {
         db.getPreferences();

@@ -2,7 +2,8 @@
 #include "billing/dates/ScopedFixedClock.h"
 #include "resources/tools/SampleResourceBuilder.h"
 #include "store/TADatabase.h"
-#include "store/TADocModel.h"
+#include "store/document/TADocument.h"
+#include "store/document/TADocumentController.h"
 #include "store/entities/LMInvoiceTemplateClass.h"
 #include "store/entities/TACodes.h"
 #include "store/entities/TACurrency.h"
@@ -10,7 +11,6 @@
 #include "store/entities/TAPayment.h"
 #include "store/objectstore/FetchRequest.h"
 #include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -20,11 +20,12 @@
 
 namespace {
 
+// A new, empty document, opened as the program opens one.
 struct Document {
-    std::shared_ptr<PersistentStore> store = *PersistentStore::createInMemory(TADocModel::model());
-    ManagedObjectContext context{store};
-    TADatabase database;
-    Document() { database.setContext(&context); }
+    TADocument *document = *TADocumentController::sharedDocumentController().openUntitledDocument();
+    ManagedObjectContext &context = *document->managedObjectContext();
+    TADatabase &database = document->database();
+    ~Document() { TADocumentController::sharedDocumentController().closeDocument(document); }
 
     QList<TAInvoice *> invoices() {
         FetchRequest request(QStringLiteral("Invoice"));
@@ -51,7 +52,7 @@ TEST(SampleDocumentTest, CopyHoldsAWholeBusinessWithDatesMovedToTheDayOfOpening)
     const QDateTime opened(anchor.addDays(100), QTime(15, 0), Qt::UTC);
     ScopedFixedClock clock(opened);
     Document document;
-    ASSERT_TRUE(SampleDocument::copyInto(document.context, opened));
+    ASSERT_TRUE(SampleDocument::copyInto(*document.document, opened));
     ASSERT_TRUE(document.context.save());
 
     const QList<TAInvoice *> invoices = document.invoices();

@@ -1,7 +1,7 @@
 #include "importsync/sample/SampleDocument.h"
 
 #include "store/TADocModel.h"
-#include "store/document/OTVersionManager.h"
+#include "store/document/TADocument.h"
 #include "store/objectstore/EntityDescription.h"
 #include "store/objectstore/FetchRequest.h"
 #include "store/objectstore/ManagedObject.h"
@@ -59,7 +59,7 @@ Result<QString> SampleDocument::extract(const QString &folder) {
     return copy;
 }
 
-Result<void> SampleDocument::copyInto(ManagedObjectContext &target, const QDateTime &now) {
+Result<void> SampleDocument::copyInto(TADocument &document, const QDateTime &now) {
     auto days = daysTo(now);
     if (!days)
         return days.error();
@@ -69,14 +69,10 @@ Result<void> SampleDocument::copyInto(ManagedObjectContext &target, const QDateT
     auto path = extract(folder.path());
     if (!path)
         return path.error();
-    PersistentStore::Options options;
-    options.readOnly = true;
-    auto store = PersistentStore::open(*path, TADocModel::model(), options);
-    if (!store)
-        return store.error();
-    ManagedObjectContext source(*store);
-    OTVersionManager::copyAllObjectsFromContext(&source, &target);
-    moveDates(target, *days);
+    if (!document.replaceContentsWithCopyOfURL(*path))
+        return Error{ErrorCode::FileDamaged,
+                     QStringLiteral("The sample document could not be read.")};
+    moveDates(*document.managedObjectContext(), *days);
     return {};
 }
 

@@ -6,6 +6,7 @@
 #include <QDateTime>
 
 class ManagedObjectContext;
+class TADocument;
 
 // The sample business a new user can explore. It is copied out of the compiled-in sample
 // document into a new one, so the shipped copy is never written to, and its dates move by
@@ -16,9 +17,9 @@ public:
     // files only, and answers its path.
     static Result<QString> extract(const QString &folder);
 
-    // Copies every object of the sample into `target`, an empty context of a new document,
-    // as the welcome window's sample command does, and moves the dates to the day of `now`.
-    static Result<void> copyInto(ManagedObjectContext &target, const QDateTime &now);
+    // Replaces the contents of a new document with a copy of the sample, as the welcome
+    // window's sample command does, and moves the dates to the day of `now`.
+    static Result<void> copyInto(TADocument &document, const QDateTime &now);
 
     // The day the sample's dates are written relative to.
     static Result<QDate> anchor();
