@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <optional>
 #include <string>
 
 // Values are kept normalized: no trailing zeros in the coefficient, zero is 0e0 and
@@ -232,6 +233,8 @@ public:
     static Outcome add(const Decimal &a, const Decimal &b, Mode mode, int minExponent);
     static Outcome multiply(const Decimal &a, const Decimal &b, Mode mode, int minExponent);
     static Outcome divide(const Decimal &a, const Decimal &b, Mode mode, int minExponent);
+    static std::optional<Outcome> divideNarrow(const Decimal &a, const Decimal &b, Mode mode,
+                                               int minExponent);
     static Outcome round(const Decimal &a, Mode mode, int minExponent) {
         if (a.isNaN())
             return {a};
@@ -311,6 +314,8 @@ Outcome DecimalAccess::divide(const Decimal &a, const Decimal &b, Mode mode, int
         return {};
     const UInt128 ma = magnitude(a);
     const UInt128 mb = magnitude(b);
+    if (const auto fast = divideNarrow(a, b, mode, minExponent))
+        return *fast;
     // Scale the dividend so the quotient has at least 39 digits; the remainder becomes a
     // sticky digit, so one rounding step gives the correctly rounded result.
     const int shift = Decimal::kMaxDigits + 1 + digitCount(mb) - digitCount(ma);
@@ -320,6 +325,61 @@ Outcome DecimalAccess::divide(const Decimal &a, const Decimal &b, Mode mode, int
     const Wide withSticky = q * 10 + (inexact ? 1 : 0);
     return finish(negative(a) != negative(b), withSticky, a.m_exponent - b.m_exponent - shift - 1,
                   mode, minExponent);
+}
+
+// Most divisions in the program divide by a small number (an hour in seconds, a rate). Long
+// division in 19-digit steps gives the 38-digit quotient and its exact remainder in 128 bits;
+// the remainder against half the divisor then rounds exactly as the wide path would.
+std::optional<Outcome> DecimalAccess::divideNarrow(const Decimal &a, const Decimal &b, Mode mode,
+                                                   int minExponent) {
+    const UInt128 ma = magnitude(a);
+    const UInt128 mb = magnitude(b);
+    if ((mb >> 64) != 0 || minExponent < kMinExponent)
+        return std::nullopt;
+    // The quotient's leading digit sits at lead or lead - 1 (relative to the unit of a / b).
+    const int lead = digitCount(ma) - digitCount(mb);
+    int shift = Decimal::kMaxDigits - 1 - lead; // quotient of 37 or 38 digits
+    const int floorExponent = std::max(minExponent, kMinExponent);
+    const int baseExponent = a.m_exponent - b.m_exponent;
+    if (baseExponent - shift < floorExponent)
+        shift = baseExponent - floorExponent; // the scale asked for is coarser than 38 digits
+    if (shift < 0)
+        return std::nullopt;
+    const auto divisor = static_cast<uint64_t>(mb);
+    UInt128 q = ma / divisor;
+    UInt128 r = ma % divisor;
+    auto moreDigits = [&](int count) {
+        while (count > 0) {
+            const int step = std::min(count, 19);
+            const UInt128 t = r * kPow10[step];
+            q = q * kPow10[step] + t / divisor;
+            r = t % divisor;
+            count -= step;
+        }
+    };
+    moreDigits(shift);
+    int exponent = baseExponent - shift;
+    const bool byDigits = exponent - 1 >= floorExponent;
+    if (byDigits && q < kPow10[Decimal::kMaxDigits - 1]) { // 37 digits: one more fits
+        moreDigits(1);
+        --exponent;
+    }
+    const bool fullWidth = q >= kPow10[Decimal::kMaxDigits - 1];
+    const bool neg = negative(a) != negative(b);
+    const bool inexact = r != 0;
+    const UInt128 twice = r * 2;
+    const int versusHalf = twice < mb ? -1 : (twice == mb ? 0 : 1);
+    if (roundsAway(mode, neg, (q & 1) != 0, versusHalf, inexact))
+        ++q;
+    if (q == 0)
+        return Outcome{};
+    const Decimal result = normalized(neg, q, exponent);
+    Error error = Error::None;
+    if (result.m_nan)
+        error = Error::Overflow;
+    else if (inexact && fullWidth && exponent > minExponent)
+        error = Error::LossOfPrecision;
+    return Outcome{result, error};
 }
 
 // Locale-free parser; see Decimal::fromString.
