@@ -74,8 +74,23 @@ const RelationshipDescription *EntityDescription::relationship(const QString &na
 }
 
 const PropertySlot *EntityDescription::slot(const QString &name) const {
-    auto it = m_slots.constFind(name);
-    return it == m_slots.cend() ? nullptr : &it.value();
+    const NamedSlot *found = findSlot(name);
+    return found ? &found->slot : nullptr;
+}
+
+const EntityDescription::NamedSlot *EntityDescription::findSlot(const QString &name) const {
+    const auto address = reinterpret_cast<quintptr>(name.constData());
+    const auto bucket = std::size_t((quint64(address) * 0x9E3779B97F4A7C15ull) >> 58);
+    static_assert(kRecentSlots == 64, "the bucket takes the top six bits");
+    std::atomic<const NamedSlot *> &recent = m_recentSlots[bucket];
+    if (const NamedSlot *hit = recent.load(std::memory_order_relaxed); hit && hit->name == name)
+        return hit;
+    const auto it = m_slotIndex.constFind(name);
+    if (it == m_slotIndex.cend())
+        return nullptr;
+    const NamedSlot *found = &m_namedSlots[std::size_t(it.value())];
+    recent.store(found, std::memory_order_relaxed);
+    return found;
 }
 
 ManagedObject *EntityDescription::createInstance() const {
@@ -96,22 +111,28 @@ void EntityDescription::resolve(const ManagedObjectModel *model, int index) {
     }
     m_attributes += m_ownAttributes;
     m_relationships += m_ownRelationships;
-    m_slots.clear();
+    for (auto &recent : m_recentSlots)
+        recent.store(nullptr, std::memory_order_relaxed);
+    m_namedSlots.clear();
+    m_slotIndex.clear();
     m_toOneDecl.clear();
     m_toManyDecl.clear();
     for (int i = 0; i < m_attributes.size(); ++i)
-        m_slots.insert(m_attributes[i].name, {PropertySlot::Attribute, i, i});
+        m_namedSlots.push_back({m_attributes[i].name, {PropertySlot::Attribute, i, i}});
     for (int i = 0; i < m_relationships.size(); ++i) {
         if (m_relationships[i].toMany) {
-            m_slots.insert(m_relationships[i].name,
-                           {PropertySlot::ToMany, int(m_toManyDecl.size()), i});
+            m_namedSlots.push_back(
+                {m_relationships[i].name, {PropertySlot::ToMany, int(m_toManyDecl.size()), i}});
             m_toManyDecl.append(i);
         } else {
-            m_slots.insert(m_relationships[i].name,
-                           {PropertySlot::ToOne, int(m_toOneDecl.size()), i});
+            m_namedSlots.push_back(
+                {m_relationships[i].name, {PropertySlot::ToOne, int(m_toOneDecl.size()), i}});
             m_toOneDecl.append(i);
         }
     }
+    // A later declaration of a name wins, as with the map this replaces.
+    for (std::size_t i = 0; i < m_namedSlots.size(); ++i)
+        m_slotIndex.insert(m_namedSlots[i].name, int(i));
     m_toOneCount = int(m_toOneDecl.size());
     m_toManyCount = int(m_toManyDecl.size());
 }

@@ -6,8 +6,11 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <array>
+#include <atomic>
 #include <functional>
 #include <memory>
+#include <vector>
 
 class ManagedObject;
 class ManagedObjectModel;
@@ -104,7 +107,18 @@ private:
     QList<RelationshipDescription> m_ownRelationships;
     QList<AttributeDescription> m_attributes;
     QList<RelationshipDescription> m_relationships;
-    QHash<QString, PropertySlot> m_slots;
+    struct NamedSlot {
+        QString name;
+        PropertySlot slot;
+    };
+    const NamedSlot *findSlot(const QString &name) const;
+    std::vector<NamedSlot> m_namedSlots; // immutable once resolved
+    QHash<QString, int> m_slotIndex;
+    // Keys mostly come from a few long-lived strings, so a key's text pointer finds its slot
+    // again without hashing the text. Entries are checked by name, so a stale entry only
+    // costs a miss; atomics keep it safe for contexts on other threads.
+    static constexpr int kRecentSlots = 64;
+    mutable std::array<std::atomic<const NamedSlot *>, kRecentSlots> m_recentSlots{};
     QList<int> m_toOneDecl;
     QList<int> m_toManyDecl;
     int m_toOneCount = 0;
