@@ -69,6 +69,14 @@ bool LMInvoiceMail::send(TAInvoice *invoice, const Runner &runner) {
     return runner(QStringLiteral("xdg-email"), mailArgumentsForInvoice(invoice, path));
 }
 
+bool LMInvoiceMail::sendTemplate(LMInvoiceTemplateClass *invoiceTemplate, const Runner &runner) {
+    const QString path = LMInvoiceOutput::generateTemporaryTemplatePdf(invoiceTemplate);
+    if (path.isEmpty() || !QFileInfo(path).isFile())
+        return false;
+    return runner(QStringLiteral("xdg-email"),
+                  mailArguments(QFileInfo(path).completeBaseName(), path, QString(), QString()));
+}
+
 bool LMInvoiceMail::openWithDesktop(const QString &path) {
     return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
 }

@@ -6,10 +6,12 @@
 #include <functional>
 #include <optional>
 
+class LMInvoiceTemplateClass;
 class TAInvoice;
 
 // Hands an invoice to the user's mail program as a new visible message with a subject, the
-// client as recipient when known, and the PDF attached; and opens the PDF for a preview.
+// client as recipient when known, and the PDF attached; and opens the PDF for a preview. A
+// template can be mailed the same way, unfilled.
 class LMInvoiceMail {
 public:
     struct Alert {
@@ -34,6 +36,10 @@ public:
     // Writes the temporary PDF and starts the mail program on it; false when the file is
     // missing or the mail program failed. The caller decides what a failure sounds like.
     static bool send(TAInvoice *invoice, const Runner &runner = runProcess);
+    // The same for a template drawn for itself: no recipient, and the file's name less its
+    // extension as subject.
+    static bool sendTemplate(LMInvoiceTemplateClass *invoiceTemplate,
+                             const Runner &runner = runProcess);
 
     // Opens the temporary PDF with the desktop's viewer; the alert to show when that fails.
     using Opener = std::function<bool(const QString &path)>;

@@ -5,6 +5,7 @@
 #include "store/entities/LMInvoiceTemplateClass.h"
 #include "store/entities/TAInvoice.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QPageSize>
 #include <QPainter>
@@ -26,18 +27,21 @@ void prepare(LMInvoiceView &view, TAInvoice *invoice) {
     view.setRenderOnlyPageSize(paperOf(invoice));
 }
 
-} // namespace
+// The template's title as its cover shows it: the name, or "Untitled" without one.
+QString titleOf(LMInvoiceTemplateClass *invoiceTemplate) {
+    const QString name = invoiceTemplate->name();
+    return name.isEmpty() ? QCoreApplication::translate("LMInvoiceOutput", "Untitled") : name;
+}
 
-LMInvoiceOutput::PdfResult LMInvoiceOutput::writePdf(TAInvoice *invoice, const QString &path) {
-    PdfResult result;
-    LMInvoiceView view;
-    prepare(view, invoice);
+LMInvoiceOutput::PdfResult writeView(LMInvoiceView &view, const QString &path,
+                                     const QString &title) {
+    LMInvoiceOutput::PdfResult result;
     const QSizeF size = view.pageSize();
     QPdfWriter writer(path);
     writer.setResolution(72);
     writer.setPageSize(QPageSize(size, QPageSize::Point));
     writer.setPageMargins(QMarginsF(0, 0, 0, 0));
-    writer.setTitle(invoice ? invoice->identification() : QString());
+    writer.setTitle(title);
     writer.setCreator(QStringLiteral("Billfold"));
     QPainter painter;
     if (!painter.begin(&writer)) {
@@ -57,6 +61,14 @@ LMInvoiceOutput::PdfResult LMInvoiceOutput::writePdf(TAInvoice *invoice, const Q
         result.error = QStringLiteral("cannot write the file");
     result.pages = pages;
     return result;
+}
+
+} // namespace
+
+LMInvoiceOutput::PdfResult LMInvoiceOutput::writePdf(TAInvoice *invoice, const QString &path) {
+    LMInvoiceView view;
+    prepare(view, invoice);
+    return writeView(view, path, invoice ? invoice->identification() : QString());
 }
 
 QImage LMInvoiceOutput::renderPage(TAInvoice *invoice, int page, double scale) {
@@ -107,5 +119,34 @@ QString LMInvoiceOutput::generateTemporaryPdf(TAInvoice *invoice) {
     assignFirstTemplateIfNone(invoice);
     const QString path = temporaryPdfPath(QStringLiteral("invoice.pdf"));
     writePdf(invoice, path);
+    return path;
+}
+
+LMInvoiceOutput::PdfResult
+LMInvoiceOutput::writeTemplatePdf(LMInvoiceTemplateClass *invoiceTemplate, const QString &path) {
+    if (!invoiceTemplate)
+        return PdfResult{false, QStringLiteral("no template"), 0};
+    LMInvoiceView view;
+    view.setIsRenderOnlyView(true);
+    view.setStandaloneTemplate(invoiceTemplate);
+    view.setRenderOnlyPageSize(invoiceTemplate->pageSize());
+    return writeView(view, path, titleOf(invoiceTemplate));
+}
+
+QString LMInvoiceOutput::temporaryPdfPathForTemplate(LMInvoiceTemplateClass *invoiceTemplate) {
+    if (!invoiceTemplate)
+        return {};
+    // Files are named by the object's number, and a template has none: the key answers
+    // nothing, so the template's title names the file instead.
+    QString name = invoiceTemplate->valueForKey(QStringLiteral("nr")).toString();
+    if (name.isEmpty())
+        name = titleOf(invoiceTemplate);
+    return temporaryPdfPath(name + QStringLiteral(".pdf"));
+}
+
+QString LMInvoiceOutput::generateTemporaryTemplatePdf(LMInvoiceTemplateClass *invoiceTemplate) {
+    const QString path = temporaryPdfPathForTemplate(invoiceTemplate);
+    if (!path.isEmpty())
+        writeTemplatePdf(invoiceTemplate, path);
     return path;
 }

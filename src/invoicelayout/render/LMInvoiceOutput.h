@@ -7,7 +7,8 @@ class LMInvoiceTemplateClass;
 class TAInvoice;
 
 // An invoice leaves the program as a PDF file or as a picture of one page, both drawn by a
-// render-only LMInvoiceView at the template's page size.
+// render-only LMInvoiceView at the template's page size. A template can leave as a PDF file of
+// its own, unfilled.
 class LMInvoiceOutput {
 public:
     struct PdfResult {
@@ -28,6 +29,14 @@ public:
     // writing did: a caller checks that the file is there.
     static QString generateTemporaryPdf(TAInvoice *invoice);
     static QString temporaryPdfPath(const QString &name);
+
+    // The template itself, every page once, tags printed as tags, at its own page size; the
+    // document title is the template's title.
+    static PdfResult writeTemplatePdf(LMInvoiceTemplateClass *invoiceTemplate, const QString &path);
+    // "<title>.pdf" in the temporary folder, "/" and ":" made "_"; empty without a template.
+    static QString temporaryPdfPathForTemplate(LMInvoiceTemplateClass *invoiceTemplate);
+    // Writes that file; the path comes back whatever the writing did.
+    static QString generateTemporaryTemplatePdf(LMInvoiceTemplateClass *invoiceTemplate);
     // An invoice without a template gets the first of the document's templates.
     static void assignFirstTemplateIfNone(TAInvoice *invoice);
 

@@ -39,6 +39,7 @@ void LMInvoiceView::setRenderOnlyPageSize(const QSizeF &size) {
 
 void LMInvoiceView::setInvoice(TAInvoice *invoice) {
     m_invoice = invoice;
+    m_standaloneTemplate = nullptr;
     setNeedsToUpdateCache(true);
     if (LMInvoiceTemplateClass *invoiceTemplate = selectedTemplate()) {
         setTemplate(invoiceTemplate);
@@ -57,6 +58,13 @@ void LMInvoiceView::setTemplate(LMInvoiceTemplateClass *invoiceTemplate) {
     recalculatePages();
 }
 
+void LMInvoiceView::setStandaloneTemplate(LMInvoiceTemplateClass *invoiceTemplate) {
+    m_invoice = nullptr;
+    m_standaloneTemplate = invoiceTemplate;
+    setNeedsToUpdateCache(true);
+    recalculatePages();
+}
+
 void LMInvoiceView::setNeedsToUpdateCache(bool needed) {
     m_needsToUpdateCache = needed;
     if (!needed)
@@ -72,7 +80,7 @@ void LMInvoiceView::setNeedsToUpdateCache(bool needed) {
 }
 
 LMInvoiceTemplateClass *LMInvoiceView::selectedTemplate() const {
-    return m_invoice ? m_invoice->invoiceTemplate() : nullptr;
+    return m_invoice ? m_invoice->invoiceTemplate() : m_standaloneTemplate;
 }
 
 QSizeF LMInvoiceView::pageSize() const {
@@ -250,7 +258,7 @@ void LMInvoiceView::drawElementsFromPage(QPainter *painter, LMInvoiceTemplatePag
     const QList<Element> &all = elementsOf(page);
     for (const Element &element : all) {
         const QRectF frame = element.frame.translated(rect.topLeft());
-        if (element.type == LMElementTypes::InvoiceItems)
+        if (element.type == LMElementTypes::InvoiceItems && !drawsTemplateOnly())
             drawItemsTable(painter, element, frame, all, rect);
         else if (painter)
             drawElement(painter, element, frame);
@@ -265,14 +273,9 @@ void LMInvoiceView::drawElement(QPainter *painter, const Element &element, const
         LMTextPainter::drawAttributedString(painter, element.text, textRect);
         break;
     case LMElementKind::TaggedText:
-        if (element.hasText)
-            LMTextPainter::drawAttributedString(
-                painter, getInvoiceAttributedStringFrom(element.text), textRect);
-        break;
     case LMElementKind::PageNumber:
         if (element.hasText)
-            LMTextPainter::drawAttributedString(
-                painter, getPageNumberAttributedStringFrom(element.text), textRect);
+            LMTextPainter::drawAttributedString(painter, shownText(element), textRect);
         break;
     case LMElementKind::Picture:
         if (!element.image.isNull())
@@ -283,7 +286,10 @@ void LMInvoiceView::drawElement(QPainter *painter, const Element &element, const
         break;
     case LMElementKind::TotalsTable:
     case LMElementKind::ItemsTable:
-        break; // totals come with the items table
+        // On an invoice the totals come with the items table.
+        if (drawsTemplateOnly())
+            drawBareTable(painter, element, frame);
+        break;
     case LMElementKind::Stale:
         painter->fillRect(frame, Qt::red);
         break;
@@ -291,6 +297,14 @@ void LMInvoiceView::drawElement(QPainter *painter, const Element &element, const
         drawShape(painter, element, frame);
         break;
     }
+}
+
+LMAttributedString LMInvoiceView::shownText(const Element &element) const {
+    if (drawsTemplateOnly())
+        return element.text;
+    if (LMElementTypes::kindForType(element.type) == LMElementKind::PageNumber)
+        return getPageNumberAttributedStringFrom(element.text);
+    return getInvoiceAttributedStringFrom(element.text);
 }
 
 void LMInvoiceView::drawLogo(QPainter *painter, const QRectF &box) {
@@ -358,6 +372,14 @@ void LMInvoiceView::drawItemsTable(QPainter *painter, const Element &element, co
     }
 }
 
+void LMInvoiceView::drawBareTable(QPainter *painter, const Element &element, const QRectF &frame) {
+    const LMTableModel &table = tableOf(element.object);
+    if (element.type == LMElementTypes::TotalAmounts)
+        LMTablePainter::drawTotalsTableInRect(painter, tableBox(frame), table, nullptr);
+    else
+        LMTablePainter::drawHeaderInRect(painter, tableBox(frame), table);
+}
+
 void LMInvoiceView::drawMainTableInRect(QPainter *painter, const QRectF &rect,
                                         LMInvoiceElementClass *element) {
     LMTablePainter::drawMainTableInRect(painter, rect, tableOf(element), items(), taxesEnabled(),
@@ -385,14 +407,20 @@ const QList<TAItem *> &LMInvoiceView::items() {
 
 TAPreferences *LMInvoiceView::preferences() const {
     if (!m_preferences) {
-        ManagedObjectContext *context = m_invoice ? m_invoice->managedObjectContext() : nullptr;
+        ManagedObjectContext *context = m_invoice    ? m_invoice->managedObjectContext()
+                                        : m_template ? m_template->managedObjectContext()
+                                                     : nullptr;
         m_preferences = context ? TAContextDatabase::getPreferencesInContext(context) : nullptr;
     }
     return *m_preferences;
 }
 
 bool LMInvoiceView::taxesEnabled() const {
-    return m_invoice && m_invoice->taxesEnabled();
+    if (m_invoice)
+        return m_invoice->taxesEnabled();
+    // A template alone shows the tax column as the document's setting has it.
+    const TAPreferences *prefs = drawsTemplateOnly() ? preferences() : nullptr;
+    return prefs && prefs->taxesEnabled();
 }
 
 QString LMInvoiceView::getReplacementForPlaceholder(const QString &placeholder) const {

@@ -23,6 +23,7 @@ class TAPreferences;
 // same drawing serves the screen (pages apart on a desk colour), pictures, PDF files and paper
 // (render-only: pages touch, no shadows). The page holding the items table repeats until all
 // items and the totals are out; pages before it print once, pages behind it once at the end.
+// Without an invoice the view can draw a template for itself, as its editor shows it.
 class LMInvoiceView {
 public:
     LMInvoiceView();
@@ -34,6 +35,10 @@ public:
     void setInvoice(TAInvoice *invoice);
     // Gives the invoice the template when it differs, then counts pages anew.
     void setTemplate(LMInvoiceTemplateClass *invoiceTemplate);
+    // Drops the invoice and draws the template itself: each page once in order, tags printed
+    // as tags, page numbers as written, tables with their titles and no amounts.
+    void setStandaloneTemplate(LMInvoiceTemplateClass *invoiceTemplate);
+    bool drawsTemplateOnly() const { return !m_invoice && m_standaloneTemplate; }
     // Drops what was read from the template, after the template or the invoice changed, and
     // marks the screen picture due.
     void setNeedsToUpdateCache(bool needed);
@@ -105,6 +110,8 @@ private:
     const LMTableModel &tableOf(LMInvoiceElementClass *element);
     void drawElement(QPainter *painter, const Element &element, const QRectF &frame);
     void drawShape(QPainter *painter, const Element &element, const QRectF &frame);
+    LMAttributedString shownText(const Element &element) const;
+    void drawBareTable(QPainter *painter, const Element &element, const QRectF &frame);
     void drawLogo(QPainter *painter, const QRectF &box);
     void drawItemsTable(QPainter *painter, const Element &element, const QRectF &frame,
                         const QList<Element> &all, const QRectF &page);
@@ -114,6 +121,7 @@ private:
 
     TAInvoice *m_invoice = nullptr;
     LMInvoiceTemplateClass *m_template = nullptr;
+    LMInvoiceTemplateClass *m_standaloneTemplate = nullptr;
     qint64 m_numberOfPages = 1;
     qint64 m_extraPages = 0;
     qint64 m_mainPage = -1;

@@ -55,20 +55,23 @@ void LMTablePainter::drawCells(QPainter *painter, const LMTableModel &table, con
     }
 }
 
+void LMTablePainter::drawHeaderInRect(QPainter *painter, const QRectF &rect,
+                                      const LMTableModel &table) {
+    QStringList titles;
+    for (const LMTableModel::Column &column : table.columns)
+        titles.append(column.name);
+    drawCells(painter, table, rect, rect.y(), titles, true);
+    drawRules(painter, LMTableRules::headerRules(table.style, rowBox(rect, rect.y(), table)));
+}
+
 void LMTablePainter::drawMainTableInRect(QPainter *painter, const QRectF &rect,
                                          const LMTableModel &table, const QList<TAItem *> &items,
                                          bool taxesEnabled, Progress &progress) {
     const int step = table.rowStep();
     double used = 0;
     if (progress.drawnItems < items.size()) {
-        if (painter) {
-            QStringList titles;
-            for (const LMTableModel::Column &column : table.columns)
-                titles.append(column.name);
-            drawCells(painter, table, rect, rect.y(), titles, true);
-            drawRules(painter,
-                      LMTableRules::headerRules(table.style, rowBox(rect, rect.y(), table)));
-        }
+        if (painter)
+            drawHeaderInRect(painter, rect, table);
         used = step;
         while (progress.drawnItems < items.size()) {
             const double y = rect.y() + used;
@@ -93,8 +96,11 @@ void LMTablePainter::drawMainTableInRect(QPainter *painter, const QRectF &rect,
 
 QList<QStringList> LMTablePainter::totalsCells(const LMTableModel &table, TAInvoice *invoice) {
     QList<QStringList> cells;
-    if (!invoice)
+    if (!invoice) {
+        for (const LMTableModel::Row &row : table.rows)
+            cells.append(QStringList{row.name});
         return cells;
+    }
     const TACurrency *currency = invoice->currency();
     const QString code = currency ? currency->code() : QString();
     const QList<QVariantMap> taxes = invoice->differentTaxes();

@@ -24,11 +24,14 @@ public:
     static void drawMainTableInRect(QPainter *painter, const QRectF &rect,
                                     const LMTableModel &table, const QList<TAItem *> &items,
                                     bool taxesEnabled, Progress &progress);
+    // The column titles and the rules under them, at the top of the rectangle.
+    static void drawHeaderInRect(QPainter *painter, const QRectF &rect, const LMTableModel &table);
     // Every visible row, the tax row once per tax of the invoice; no fit test.
     static void drawTotalsTableInRect(QPainter *painter, const QRectF &rect,
                                       const LMTableModel &table, TAInvoice *invoice);
 
-    // The totals rows as printed: label and amount text, taxes expanded.
+    // The totals rows as printed: label and amount text, taxes expanded. Without an invoice,
+    // as a template shows them: each row's title alone, the tax row once.
     static QList<QStringList> totalsCells(const LMTableModel &table, TAInvoice *invoice);
 
 private:
