@@ -113,6 +113,19 @@ uint64_t dividePow10(uint64_t m, int k) {
     }
 }
 
+// (high:low) / divisor where high < divisor, so that the quotient fits 64 bits.
+uint64_t divide128By64(uint64_t high, uint64_t low, uint64_t divisor, uint64_t &remainder) {
+#if defined(__x86_64__)
+    uint64_t quotient;
+    __asm__("divq %4" : "=a"(quotient), "=d"(remainder) : "a"(low), "d"(high), "rm"(divisor));
+    return quotient;
+#else
+    const UInt128 dividend = (UInt128(high) << 64) | low;
+    remainder = static_cast<uint64_t>(dividend % divisor);
+    return static_cast<uint64_t>(dividend / divisor);
+#endif
+}
+
 struct Dropped {
     UInt128 kept;
     bool inexact;
@@ -249,6 +262,8 @@ public:
     static std::string digits(const Decimal &d);
 
 private:
+    static Decimal guardAndSticky(const Decimal &d, int guard);
+    static Outcome addExact(const Decimal &a, const Decimal &b, Mode mode, int minExponent);
     static Outcome addWide(const Decimal &a, const Decimal &b, Mode mode, int minExponent);
 };
 
@@ -259,6 +274,29 @@ Outcome DecimalAccess::add(const Decimal &a, const Decimal &b, Mode mode, int mi
         return round(b, mode, minExponent);
     if (b.coefficient() == 0)
         return round(a, mode, minExponent);
+    if (minExponent > kMinExponent) {
+        const int guard = minExponent - 1;
+        if (a.m_exponent < guard && b.m_exponent >= guard)
+            return addExact(guardAndSticky(a, guard), b, mode, minExponent);
+        if (b.m_exponent < guard && a.m_exponent >= guard)
+            return addExact(a, guardAndSticky(b, guard), mode, minExponent);
+    }
+    return addExact(a, b, mode, minExponent);
+}
+
+// A term with digits below the guard digit, added to one without, only decides through
+// whether anything is there: both sums then lie between the same two multiples of the guard
+// unit, so rounding at the scale (or coarser) ends the same, exactness included. The term
+// keeps its digits down to the guard and one sticky digit under it (left unnormalized).
+Decimal DecimalAccess::guardAndSticky(const Decimal &d, int guard) {
+    const UInt128 mag = magnitude(d);
+    const int k = guard - d.m_exponent;
+    const UInt128 kept = k > Decimal::kMaxDigits ? 0 : mag / kPow10[k];
+    const bool dropped = k > Decimal::kMaxDigits || kept * kPow10[k] != mag;
+    return make(negative(d), kept * 10 + (dropped ? 1 : 0), guard - 1);
+}
+
+Outcome DecimalAccess::addExact(const Decimal &a, const Decimal &b, Mode mode, int minExponent) {
     const int diff = a.m_exponent - b.m_exponent;
     if (fitsInt64(a) && fitsInt64(b) && diff <= 18 && diff >= -18) {
         const int e = std::min(a.m_exponent, b.m_exponent);
@@ -346,28 +384,30 @@ std::optional<Outcome> DecimalAccess::divideNarrow(const Decimal &a, const Decim
     if (shift < 0)
         return std::nullopt;
     const auto divisor = static_cast<uint64_t>(mb);
-    UInt128 q = ma / divisor;
-    UInt128 r = ma % divisor;
+    uint64_t r = 0;
+    const uint64_t high = divide128By64(0, static_cast<uint64_t>(ma >> 64), divisor, r);
+    UInt128 q = (UInt128(high) << 64) | divide128By64(r, static_cast<uint64_t>(ma), divisor, r);
+    // Appends up to count digits; an exact quotient stops early, since the rest are zeros.
     auto moreDigits = [&](int count) {
-        while (count > 0) {
+        while (count > 0 && r != 0) {
             const int step = std::min(count, 19);
-            const UInt128 t = r * kPow10[step];
-            q = q * kPow10[step] + t / divisor;
-            r = t % divisor;
+            const UInt128 t = UInt128(r) * kPow10[step];
+            q = q * kPow10[step] +
+                divide128By64(static_cast<uint64_t>(t >> 64), static_cast<uint64_t>(t), divisor, r);
             count -= step;
         }
+        return count;
     };
-    moreDigits(shift);
-    int exponent = baseExponent - shift;
+    int exponent = baseExponent - shift + moreDigits(shift);
     const bool byDigits = exponent - 1 >= floorExponent;
-    if (byDigits && q < kPow10[Decimal::kMaxDigits - 1]) { // 37 digits: one more fits
+    if (byDigits && r != 0 && q < kPow10[Decimal::kMaxDigits - 1]) { // 37 digits: one more
         moreDigits(1);
         --exponent;
     }
     const bool fullWidth = q >= kPow10[Decimal::kMaxDigits - 1];
     const bool neg = negative(a) != negative(b);
     const bool inexact = r != 0;
-    const UInt128 twice = r * 2;
+    const UInt128 twice = UInt128(r) * 2;
     const int versusHalf = twice < mb ? -1 : (twice == mb ? 0 : 1);
     if (roundsAway(mode, neg, (q & 1) != 0, versusHalf, inexact))
         ++q;

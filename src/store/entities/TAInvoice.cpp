@@ -392,7 +392,10 @@ void TAInvoice::cacheTotalTaxes() {
 void TAInvoice::updateCachedValues() {
     if (!managedObjectContext())
         return;
-    const TotalsRules rules{behavior(), taxesEnabled(), taxesCombined(), liveLines()};
+    const TAPreferences *preferences =
+        TAContextDatabase::getPreferencesInContext(managedObjectContext());
+    const TotalsRules rules{behavior(), preferences && preferences->taxesEnabled(),
+                            preferences && preferences->taxesCombined(), liveLines()};
     m_rules = &rules;
     cacheSubTotal();
     cacheItemTaxes();

@@ -435,9 +435,13 @@ ManagedObjectContext::fetchRequestFromTemplate(const QString &name,
         return Error{ErrorCode::UnknownEntity,
                      QStringLiteral("There is no fetch request named “%1”.").arg(name)};
     FetchRequest request(fetchTemplate->entityName);
-    if (const auto parsed = model()->fetchRequestTemplatePredicate(name)) {
+    if (auto parsed = model()->fetchRequestTemplatePredicate(name)) {
+        // Without variables the parsed form is the answer; the rules ask for such templates
+        // once per object they compute.
         request.predicate =
-            std::make_shared<const Predicate>(parsed->withSubstitutionVariables(variables));
+            variables.isEmpty()
+                ? std::move(parsed)
+                : std::make_shared<const Predicate>(parsed->withSubstitutionVariables(variables));
     } else if (!fetchTemplate->predicateFormat.isEmpty()) {
         auto parsed = Predicate::parse(fetchTemplate->predicateFormat);
         if (!parsed)

@@ -1,5 +1,5 @@
-// Division against a reference computed with arbitrary-precision integers: the quotient
-// rounded once, at the 38th digit or at the scale asked for, whichever is coarser.
+// Division and addition against a reference computed with arbitrary-precision integers: the
+// exact result rounded once, at the 38th digit or at the scale asked for, whichever is coarser.
 #include "billing/money/Decimal.h"
 
 #include <gtest/gtest.h>
@@ -165,4 +165,45 @@ TEST(DecimalDivision, CarriesAndTinyQuotients) {
     // A half cent rounds away from zero.
     EXPECT_EQ(DecimalMath::divide(Decimal(-1), Decimal(200), cents),
               Decimal::fromString(QStringLiteral("-0.01")));
+}
+
+TEST(DecimalAddition, AgreesWithTheExactSumRoundedOnce) {
+    std::mt19937_64 rng(4242);
+    std::uniform_int_distribution<int> digits(1, 38);
+    std::uniform_int_distribution<int> fineExponent(-45, -3);
+    std::uniform_int_distribution<int> coarseExponent(-3, 6);
+    std::uniform_int_distribution<int> coin(0, 1);
+    const Mode modes[] = {Mode::Plain, Mode::Bankers, Mode::Up, Mode::Down};
+    const short scales[] = {Decimal::kNoScale, 0, 2, 3};
+    for (int i = 0; i < 3000; ++i) {
+        // A long unrounded line amount meets a running sum already at the scale, as totals do.
+        const std::string da = randomDigits(rng, digits(rng));
+        const std::string db = randomDigits(rng, 1 + digits(rng) % 12);
+        const int ea = fineExponent(rng);
+        const int eb = i % 3 == 0 ? fineExponent(rng) : coarseExponent(rng);
+        const bool na = coin(rng) != 0;
+        const bool nb = coin(rng) != 0;
+        const Decimal a = Decimal::fromString(QString::fromStdString(plainText(na, da, ea)));
+        const Decimal b = Decimal::fromString(QString::fromStdString(plainText(nb, db, eb)));
+        const int e = std::min(ea, eb);
+        const Big sum =
+            (na ? -1 : 1) * Big(da) * pow10(ea - e) + (nb ? -1 : 1) * Big(db) * pow10(eb - e);
+        for (const Mode mode : modes) {
+            for (const short scale : scales) {
+                const int minExponent = scale == Decimal::kNoScale ? -128 : -scale;
+                const Expected want = reference(sum < 0, abs(sum), e, Big(1), 0, minExponent, mode);
+                RecordingBehavior behavior(scale, mode);
+                const std::string context = plainText(na, da, ea) + " + " + plainText(nb, db, eb) +
+                                            " mode " + std::to_string(int(mode)) + " scale " +
+                                            std::to_string(scale);
+                ASSERT_EQ(DecimalMath::add(a, b, behavior),
+                          Decimal::fromString(QString::fromStdString(want.text)))
+                    << context;
+                ASSERT_EQ(DecimalMath::add(b, a, behavior),
+                          Decimal::fromString(QString::fromStdString(want.text)))
+                    << context;
+                ASSERT_EQ(behavior.last == Error::LossOfPrecision, want.lossOfPrecision) << context;
+            }
+        }
+    }
 }
