@@ -70,10 +70,11 @@ void computeTotals(const std::shared_ptr<PersistentStore> &store, const QList<Ob
     context.setUndoManager(nullptr);
     const QList<TAInvoice *> invoices =
         everything ? allInvoices(&context) : invoicesWithIDs(ids, &context);
+    const TAInvoice::TotalsSettings settings = TAInvoice::totalsSettingsInContext(&context);
     for (TAInvoice *invoice : invoices) {
         if (cancelled->load())
             return;
-        invoice->updateCachedValues();
+        invoice->updateCachedValuesWithSettings(settings);
         send(valueRecord(invoice));
     }
     send({}); // the run is over
@@ -177,10 +178,11 @@ void TAInvoiceCacheUpdater::onMainThreadUpdateInvoicesCache() {
     if (!context)
         return;
     TAContextDatabase::disableUndoRegistrationInContext(context);
+    const TAInvoice::TotalsSettings settings = TAInvoice::totalsSettingsInContext(context);
     for (TAInvoice *invoice : TAContextDatabase::getInvoicesInContext(context))
-        invoice->updateCachedValues();
+        invoice->updateCachedValuesWithSettings(settings);
     for (TARecurringInvoice *recurring : TAContextDatabase::getRecurringInvoicesInContext(context))
-        recurring->updateCachedValues();
+        recurring->updateCachedValuesWithSettings(settings);
     TAContextDatabase::enableUndoRegistrationInContext(context);
     cacheReload();
 }

@@ -389,13 +389,29 @@ void TAInvoice::cacheTotalTaxes() {
     setTotalTaxes(DecimalMath::add(orZero(itemTaxes()), orZero(totalTax2()), behavior()));
 }
 
+TAInvoice::TotalsSettings TAInvoice::totalsSettingsInContext(ManagedObjectContext *context) {
+    if (!context)
+        return {};
+    const TAPreferences *preferences = TAContextDatabase::getPreferencesInContext(context);
+    return {preferences && preferences->taxesEnabled(), preferences && preferences->taxesCombined(),
+            TAContextDatabase::getDefaultCurrencyInContext(context)};
+}
+
 void TAInvoice::updateCachedValues() {
+    if (ManagedObjectContext *context = managedObjectContext())
+        updateCachedValuesWithSettings(totalsSettingsInContext(context));
+}
+
+void TAInvoice::updateCachedValuesWithSettings(const TotalsSettings &settings) {
     if (!managedObjectContext())
         return;
-    const TAPreferences *preferences =
-        TAContextDatabase::getPreferencesInContext(managedObjectContext());
-    const TotalsRules rules{behavior(), preferences && preferences->taxesEnabled(),
-                            preferences && preferences->taxesCombined(), liveLines()};
+    // The client's own currency, else the document's, as currency() answers.
+    const TAClient *owner = client();
+    const TACurrency *linked = owner ? owner->currency() : nullptr;
+    const TACurrency *billed = linked ? linked : settings.defaultCurrency;
+    const TotalsRules rules{
+        TADecimalNumberBehavior::behaviorWithCurrencyCode(billed ? billed->code() : QString()),
+        settings.taxesEnabled, settings.taxesCombined, liveLines()};
     m_rules = &rules;
     cacheSubTotal();
     cacheItemTaxes();

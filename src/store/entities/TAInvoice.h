@@ -112,6 +112,15 @@ public:
     virtual void cacheTotal();
     virtual void cacheTotalTaxes();
     virtual void updateCachedValues();
+    // What every invoice's totals read from the document: the same for a whole batch, so a
+    // refresh of many invoices reads it once.
+    struct TotalsSettings {
+        bool taxesEnabled = false;
+        bool taxesCombined = false;
+        TACurrency *defaultCurrency = nullptr;
+    };
+    static TotalsSettings totalsSettingsInContext(ManagedObjectContext *context);
+    void updateCachedValuesWithSettings(const TotalsSettings &settings);
 
     // The rounding of every sum of this invoice.
     TADecimalNumberBehavior behavior() const;

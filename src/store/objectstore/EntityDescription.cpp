@@ -73,16 +73,9 @@ const RelationshipDescription *EntityDescription::relationship(const QString &na
     return s && s->kind != PropertySlot::Attribute ? &m_relationships[s->declaration] : nullptr;
 }
 
-const PropertySlot *EntityDescription::slot(const QString &name) const {
-    const NamedSlot *found = findSlot(name);
-    return found ? &found->slot : nullptr;
-}
-
 const EntityDescription::NamedSlot *EntityDescription::findSlot(const QString &name) const {
-    const auto address = reinterpret_cast<quintptr>(name.constData());
-    const auto bucket = std::size_t((quint64(address) * 0x9E3779B97F4A7C15ull) >> 58);
     static_assert(kRecentSlots == 64, "the bucket takes the top six bits");
-    std::atomic<const NamedSlot *> &recent = m_recentSlots[bucket];
+    std::atomic<const NamedSlot *> &recent = m_recentSlots[recentBucket(name)];
     if (const NamedSlot *hit = recent.load(std::memory_order_relaxed); hit && hit->name == name)
         return hit;
     const auto it = m_slotIndex.constFind(name);

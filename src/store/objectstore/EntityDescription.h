@@ -80,7 +80,14 @@ public:
     QStringList relationshipNames() const;
     const AttributeDescription *attribute(const QString &name) const;
     const RelationshipDescription *relationship(const QString &name) const;
-    const PropertySlot *slot(const QString &name) const;
+    const PropertySlot *slot(const QString &name) const {
+        // The same text buffer as the slot's own name: the model's key strings are shared.
+        const NamedSlot *hit = m_recentSlots[recentBucket(name)].load(std::memory_order_relaxed);
+        if (hit && hit->name.constData() == name.constData() && hit->name.size() == name.size())
+            return &hit->slot;
+        const NamedSlot *found = findSlot(name);
+        return found ? &found->slot : nullptr;
+    }
     int toOneCount() const { return m_toOneCount; }
     int toManyCount() const { return m_toManyCount; }
     int attributeCount() const { return int(m_attributes.size()); }
@@ -112,6 +119,10 @@ private:
         PropertySlot slot;
     };
     const NamedSlot *findSlot(const QString &name) const;
+    static std::size_t recentBucket(const QString &name) {
+        const auto address = reinterpret_cast<quintptr>(name.constData());
+        return std::size_t((quint64(address) * 0x9E3779B97F4A7C15ull) >> 58);
+    }
     std::vector<NamedSlot> m_namedSlots; // immutable once resolved
     QHash<QString, int> m_slotIndex;
     // Keys mostly come from a few long-lived strings, so a key's text pointer finds its slot

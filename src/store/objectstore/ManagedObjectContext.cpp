@@ -181,9 +181,9 @@ void ManagedObjectContext::markChanged(ManagedObject *object) {
 }
 
 void ManagedObjectContext::changeAttribute(ManagedObject *object, int slot, const QVariant &value) {
-    const QVariant old = object->m_values[slot];
-    if (ObjectGraph::sameValue(old, value))
+    if (ObjectGraph::sameValue(object->m_values[slot], value))
         return;
+    const QVariant old = object->m_values[slot];
     const QString &key = object->m_entity->attributes()[slot].name;
     object->willChangeValueForKey(key);
     takeSnapshot(object);

@@ -19,6 +19,8 @@ QVariant ObjectGraph::normalize(const QVariant &value, AttributeType type) {
     case AttributeType::Boolean:
         return QVariant(value.toBool());
     case AttributeType::Decimal:
+        if (value.metaType() == QMetaType::fromType<Decimal>())
+            return value;
         return QVariant::fromValue(Decimal::fromVariant(value));
     case AttributeType::Date: {
         const QDateTime date = value.toDateTime();
@@ -48,7 +50,19 @@ bool ObjectGraph::sameValue(const QVariant &a, const QVariant &b) {
         return false;
     if (!a.isValid())
         return true;
-    if (a.metaType() != b.metaType())
+    const QMetaType type = a.metaType();
+    if (type != b.metaType())
         return false;
+    // The common stored types compared directly: the generic path dispatches through the
+    // meta type and costs more than the rest of a change.
+    if (type == QMetaType::fromType<Decimal>())
+        return *static_cast<const Decimal *>(a.constData()) ==
+               *static_cast<const Decimal *>(b.constData());
+    if (type == QMetaType::fromType<QString>())
+        return *static_cast<const QString *>(a.constData()) ==
+               *static_cast<const QString *>(b.constData());
+    if (type == QMetaType::fromType<qint64>())
+        return *static_cast<const qint64 *>(a.constData()) ==
+               *static_cast<const qint64 *>(b.constData());
     return a == b;
 }

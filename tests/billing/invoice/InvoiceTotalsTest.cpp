@@ -165,3 +165,29 @@ TEST_F(InvoiceTotalsTest, RandomInvoicesAddUpAndRecomputeToTheSameValues) {
         EXPECT_EQ(invoice->total(), before[2]);
     }
 }
+
+// A batch refresh reads the document's settings once, but each invoice still rounds to its
+// own client's currency, and to the document's when the client has none or there is no client.
+TEST_F(InvoiceTotalsTest, BatchRefreshKeepsEachInvoicesCurrency) {
+    TAInvoice *yen = invoiceIn(jpy);
+    TAInvoice *dinar = invoiceIn(kwd);
+    TAInvoice *plainClient = invoiceIn(nullptr);
+    TAInvoice *noClient = db.createInvoice();
+    const QList<TAInvoice *> invoices{yen, dinar, plainClient, noClient};
+    for (TAInvoice *invoice : invoices)
+        material(invoice, "1", "1.2345", "0.1");
+    const TAInvoice::TotalsSettings settings = TAInvoice::totalsSettingsInContext(context.get());
+    EXPECT_EQ(settings.defaultCurrency, usd);
+    for (TAInvoice *invoice : invoices)
+        invoice->updateCachedValuesWithSettings(settings);
+    EXPECT_EQ(yen->subTotal(), dec("1"));
+    EXPECT_EQ(dinar->subTotal(), dec("1.235"));
+    EXPECT_EQ(dinar->itemTaxes(), dec("0.123"));
+    EXPECT_EQ(plainClient->subTotal(), dec("1.23"));
+    EXPECT_EQ(noClient->total(), dec("1.35"));
+    for (TAInvoice *invoice : invoices) {
+        const Decimal batch = invoice->total();
+        invoice->updateCachedValues();
+        EXPECT_EQ(invoice->total(), batch);
+    }
+}
