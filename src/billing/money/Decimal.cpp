@@ -126,6 +126,13 @@ uint64_t divide128By64(uint64_t high, uint64_t low, uint64_t divisor, uint64_t &
 #endif
 }
 
+// n / divisor for a divisor below 2^64, in two hardware steps instead of a library call.
+UInt128 divideBy64(UInt128 n, uint64_t divisor, uint64_t &remainder) {
+    const uint64_t high = divide128By64(0, static_cast<uint64_t>(n >> 64), divisor, remainder);
+    const uint64_t low = divide128By64(remainder, static_cast<uint64_t>(n), divisor, remainder);
+    return (UInt128(high) << 64) | low;
+}
+
 struct Dropped {
     UInt128 kept;
     bool inexact;
@@ -143,6 +150,12 @@ Dropped dropDigits(UInt128 mag, int k, int digits, Mode mode, bool negative) {
         const auto p = static_cast<uint64_t>(kPow10[k]);
         q = dividePow10(m, k);
         r = m - static_cast<uint64_t>(q) * p;
+        half = p / 2;
+    } else if (k <= 19) {
+        const auto p = static_cast<uint64_t>(kPow10[k]);
+        uint64_t remainder = 0;
+        q = divideBy64(mag, p, remainder);
+        r = remainder;
         half = p / 2;
     } else {
         q = mag / kPow10[k];
@@ -232,8 +245,10 @@ public:
             }
             mag = small;
         } else {
-            while (mag % 10 == 0) {
-                mag /= 10;
+            uint64_t remainder = 0;
+            for (UInt128 q = divideBy64(mag, 10, remainder); remainder == 0;
+                 q = divideBy64(mag, 10, remainder)) {
+                mag = q;
                 ++exponent;
             }
         }
@@ -385,8 +400,7 @@ std::optional<Outcome> DecimalAccess::divideNarrow(const Decimal &a, const Decim
         return std::nullopt;
     const auto divisor = static_cast<uint64_t>(mb);
     uint64_t r = 0;
-    const uint64_t high = divide128By64(0, static_cast<uint64_t>(ma >> 64), divisor, r);
-    UInt128 q = (UInt128(high) << 64) | divide128By64(r, static_cast<uint64_t>(ma), divisor, r);
+    UInt128 q = divideBy64(ma, divisor, r);
     // Appends up to count digits; an exact quotient stops early, since the rest are zeros.
     auto moreDigits = [&](int count) {
         while (count > 0 && r != 0) {
