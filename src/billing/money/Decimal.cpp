@@ -157,10 +157,18 @@ Dropped dropDigits(UInt128 mag, int k, int digits, Mode mode, bool negative) {
         q = divideBy64(mag, p, remainder);
         r = remainder;
         half = p / 2;
-    } else {
-        q = mag / kPow10[k];
-        r = mag - q * kPow10[k];
+    } else if (k < 39) {
+        // Two hardware steps: first the low 19 digits, then the rest.
+        uint64_t low = 0;
+        uint64_t high = 0;
+        const UInt128 upper = divideBy64(mag, static_cast<uint64_t>(kPow10[19]), low);
+        q = divideBy64(upper, static_cast<uint64_t>(kPow10[k - 19]), high);
+        r = UInt128(high) * kPow10[19] + low;
         half = kPow10[k] / 2;
+    } else {
+        // Every digit goes, and 128 bits stay below half of 10^39.
+        return {roundsAway(mode, negative, false, -1, mag != 0) ? UInt128(1) : UInt128(0),
+                mag != 0};
     }
     const int versusHalf = r < half ? -1 : (r == half ? 0 : 1);
     const bool inexact = r != 0;
@@ -353,7 +361,8 @@ Outcome DecimalAccess::multiply(const Decimal &a, const Decimal &b, Mode mode, i
         return {Decimal::notANumber()};
     const bool neg = negative(a) != negative(b);
     const int e = a.m_exponent + b.m_exponent;
-    if (fitsInt64(a) && fitsInt64(b)) // the product stays below 2^126, so 38 digits
+    // A product below 2^128 (an unrounded line total times a tax rate, say) stays in 128 bits.
+    if (bitWidth(magnitude(a)) + bitWidth(magnitude(b)) <= 128)
         return finish(neg, magnitude(a) * magnitude(b), e, mode, minExponent);
     return finish(neg, Wide(Wide(magnitude(a)) * magnitude(b)), e, mode, minExponent);
 }

@@ -207,3 +207,51 @@ TEST(DecimalAddition, AgreesWithTheExactSumRoundedOnce) {
         }
     }
 }
+
+TEST(DecimalMultiplication, AgreesWithTheExactProductRoundedOnce) {
+    std::mt19937_64 rng(9001);
+    std::uniform_int_distribution<int> digits(1, 38);
+    std::uniform_int_distribution<int> exponent(-40, 4);
+    std::uniform_int_distribution<int> coin(0, 1);
+    const Mode modes[] = {Mode::Plain, Mode::Bankers, Mode::Up, Mode::Down};
+    const short scales[] = {Decimal::kNoScale, 0, 2, 3};
+    for (int i = 0; i < 3000; ++i) {
+        // Long line totals times short rates, and long times long, across the 128-bit edge.
+        const std::string da = randomDigits(rng, digits(rng));
+        const std::string db = randomDigits(rng, i % 2 == 0 ? 1 + digits(rng) % 4 : digits(rng));
+        const int ea = exponent(rng);
+        const int eb = exponent(rng) / 4;
+        const bool na = coin(rng) != 0;
+        const bool nb = coin(rng) != 0;
+        const Decimal a = Decimal::fromString(QString::fromStdString(plainText(na, da, ea)));
+        const Decimal b = Decimal::fromString(QString::fromStdString(plainText(nb, db, eb)));
+        const Big product = Big(da) * Big(db);
+        for (const Mode mode : modes) {
+            for (const short scale : scales) {
+                const int minExponent = scale == Decimal::kNoScale ? -128 : -scale;
+                const Expected want =
+                    reference(na != nb, product, ea + eb, Big(1), 0, minExponent, mode);
+                RecordingBehavior behavior(scale, mode);
+                ASSERT_EQ(DecimalMath::multiply(a, b, behavior),
+                          Decimal::fromString(QString::fromStdString(want.text)))
+                    << plainText(na, da, ea) << " * " << plainText(nb, db, eb) << " mode "
+                    << int(mode) << " scale " << scale;
+                ASSERT_EQ(behavior.last == Error::LossOfPrecision, want.lossOfPrecision);
+            }
+        }
+    }
+}
+
+TEST(DecimalMultiplication, AProductOf39DigitsCanLoseEveryDigit) {
+    // 0.01799…97 (39 digits, still below 2^128) rounded to tenths: nothing survives but the
+    // rounding direction.
+    const Decimal a = Decimal::fromString(QStringLiteral("0.005") + QString(37, QLatin1Char('9')));
+    const Decimal three(3);
+    EXPECT_EQ(DecimalMath::multiply(a, three, RecordingBehavior(1, Mode::Plain)), Decimal());
+    EXPECT_EQ(DecimalMath::multiply(a, three, RecordingBehavior(1, Mode::Up)),
+              Decimal::fromString(QStringLiteral("0.1")));
+    EXPECT_EQ(DecimalMath::multiply(-a, three, RecordingBehavior(1, Mode::Down)),
+              Decimal::fromString(QStringLiteral("-0.1")));
+    EXPECT_EQ(DecimalMath::multiply(a, three, RecordingBehavior(3, Mode::Plain)),
+              Decimal::fromString(QStringLiteral("0.018")));
+}
