@@ -274,6 +274,10 @@ public:
     static Outcome round(const Decimal &a, Mode mode, int minExponent) {
         if (a.isNaN())
             return {a};
+        // Stored values have at most 38 digits and no trailing zeros: already at the scale
+        // means nothing to round (sums start from zero, so this is the first step of each).
+        if (a.m_exponent >= minExponent && a.m_exponent >= kMinExponent)
+            return {a};
         return finish(negative(a), magnitude(a), a.m_exponent, mode, minExponent);
     }
     static Decimal parse(QStringView text, QChar separator);

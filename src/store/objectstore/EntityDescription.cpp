@@ -86,6 +86,16 @@ const EntityDescription::NamedSlot *EntityDescription::findSlot(const QString &n
     return found;
 }
 
+void EntityDescription::learnKindOf(const std::type_info &type) const {
+    // A full table only means later casts take the slow way.
+    for (auto &known : m_knownKinds) {
+        const std::type_info *expected = nullptr;
+        if (known.compare_exchange_strong(expected, &type, std::memory_order_relaxed) ||
+            expected == &type)
+            return;
+    }
+}
+
 ManagedObject *EntityDescription::createInstance() const {
     for (const EntityDescription *e = this; e; e = e->m_super)
         if (e->m_factory)

@@ -10,6 +10,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <typeinfo>
 #include <vector>
 
 class ManagedObject;
@@ -96,6 +97,19 @@ public:
     int relationshipForToManySlot(int slot) const { return m_toManyDecl[slot]; }
 
     ManagedObject *createInstance() const;
+    // Whether this entity's instances are known to be of the class with that type: an
+    // entity's factory makes one class, so one successful cast answers for all instances.
+    bool isKnownKindOf(const std::type_info &type) const {
+        for (const auto &known : m_knownKinds) {
+            const std::type_info *entry = known.load(std::memory_order_relaxed);
+            if (entry == &type)
+                return true;
+            if (!entry)
+                return false;
+        }
+        return false;
+    }
+    void learnKindOf(const std::type_info &type) const;
     const ManagedObjectModel *model() const { return m_model; }
     // Position in the model's entity list.
     int index() const { return m_index; }
@@ -130,6 +144,7 @@ private:
     // costs a miss; atomics keep it safe for contexts on other threads.
     static constexpr int kRecentSlots = 64;
     mutable std::array<std::atomic<const NamedSlot *>, kRecentSlots> m_recentSlots{};
+    mutable std::array<std::atomic<const std::type_info *>, 8> m_knownKinds{};
     QList<int> m_toOneDecl;
     QList<int> m_toManyDecl;
     int m_toOneCount = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "billing/money/Decimal.h"
+#include "store/objectstore/EntityDescription.h"
 #include "store/objectstore/KeyValueCoding.h"
 #include "store/objectstore/ObjectID.h"
 #include "store/objectstore/ObjectSet.h"
@@ -15,7 +16,6 @@
 #include <memory>
 #include <vector>
 
-class EntityDescription;
 class ManagedObjectContext;
 struct RelationshipDescription;
 
@@ -67,7 +67,19 @@ public:
     // Links. Setting either side keeps the inverse in step.
     ManagedObject *objectForKey(const QString &key) const;
     template <class T> T *objectForKeyAs(const QString &key) const {
-        return dynamic_cast<T *>(objectForKey(key));
+        return objectAs<T>(objectForKey(key));
+    }
+    // dynamic_cast, answered once per entity and class: totals cast every item they read.
+    template <class T> static T *objectAs(ManagedObject *object) {
+        if (!object)
+            return nullptr;
+        const EntityDescription *entity = object->m_entity;
+        if (entity && entity->isKnownKindOf(typeid(T)))
+            return static_cast<T *>(object);
+        T *cast = dynamic_cast<T *>(object);
+        if (cast && entity)
+            entity->learnKindOf(typeid(T));
+        return cast;
     }
     void setObjectForKey(ManagedObject *value, const QString &key);
     QList<ManagedObject *> objectsForKey(const QString &key) const;
@@ -76,7 +88,7 @@ public:
         const QList<ManagedObject *> members = objectsForKey(key);
         out.reserve(members.size());
         for (ManagedObject *o : members)
-            if (T *t = dynamic_cast<T *>(o))
+            if (T *t = objectAs<T>(o))
                 out.append(t);
         return out;
     }

@@ -162,3 +162,25 @@ TEST_F(RelationshipTest, DeletingATemplateTakesItsWholeTreeAndFreesItsInvoices) 
     EXPECT_FALSE(invoice->isDeleted());
     EXPECT_EQ(invoice->invoiceTemplate(), nullptr);
 }
+
+// Typed reads of links cast each member once per entity and class and then trust the entity:
+// a cast learnt on one entity must not answer for a sibling of another class.
+TEST_F(RelationshipTest, TypedLinkReadsKeepSiblingClassesApart) {
+    auto *invoice = insert<TAInvoice>(TAEntity::Invoice);
+    auto *recurring = insert<TARecurringInvoice>(TAEntity::RecurringInvoice);
+    auto *material = insert<TAMaterial>(TAEntity::Material);
+    auto *timer = insert<TATimer>(TAEntity::Timer);
+    material->setObjectForKey(invoice, TAKey::invoice);
+    timer->setObjectForKey(invoice, TAKey::invoice);
+    for (int round = 0; round < 2; ++round) { // the second round reads what the first learnt
+        EXPECT_EQ(invoice->objectsForKeyAs<TAItem>(TAKey::items).size(), 2);
+        EXPECT_EQ(invoice->objectsForKeyAs<TAMaterial>(TAKey::items),
+                  QList<TAMaterial *>{material});
+        EXPECT_EQ(invoice->objectsForKeyAs<TATimer>(TAKey::items), QList<TATimer *>{timer});
+        EXPECT_EQ(ManagedObject::objectAs<TARecurringInvoice>(invoice), nullptr);
+        EXPECT_EQ(ManagedObject::objectAs<TARecurringInvoice>(recurring), recurring);
+        EXPECT_EQ(ManagedObject::objectAs<TAInvoice>(recurring), recurring);
+        EXPECT_EQ(timer->objectForKeyAs<TARecurringInvoice>(TAKey::invoice), nullptr);
+        EXPECT_EQ(timer->objectForKeyAs<TAInvoice>(TAKey::invoice), invoice);
+    }
+}
