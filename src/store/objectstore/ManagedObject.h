@@ -126,10 +126,11 @@ private:
     State m_state = State::Fault;
     bool m_hasRow = false; // a row exists in the file as of the last save
     bool m_deleted = false;
-    bool m_registered = false; // belongs to the context's live objects
-    bool m_dirty = false;      // changed since the last save
-    quint8 m_pending = 0;      // which change notices are waiting for processPendingChanges
-    int m_memberIndex = -1;    // position in the context's per-entity list
+    bool m_registered = false;    // belongs to the context's live objects
+    bool m_dirty = false;         // changed since the last save
+    bool m_listedChanged = false; // in the context's list of objects changed since the save
+    quint8 m_pending = 0;         // which change notices are waiting for processPendingChanges
+    int m_memberIndex = -1;       // position in the context's per-entity list
     std::vector<QVariant> m_values;
     std::vector<ManagedObject *> m_toOne;
     std::vector<ObjectSet> m_toMany;

@@ -114,7 +114,7 @@ ManagedObject *ManagedObjectContext::insertNewObject(const QString &entityName) 
     m_objects.emplace_back(object);
     m_byTemporary.insert(number, object);
     addMember(object);
-    m_changed.insert(object);
+    listChanged(object);
     notePending(object, PendingInserted);
     registerUndo([this, object] { undoInsert(object); });
     object->awakeFromInsert();
@@ -172,10 +172,23 @@ void ManagedObjectContext::takeSnapshot(ManagedObject *object) {
     object->m_snapshot->toOne = object->m_toOne;
 }
 
+void ManagedObjectContext::listChanged(ManagedObject *object) {
+    if (object->m_listedChanged)
+        return;
+    object->m_listedChanged = true;
+    m_changed.push_back(object);
+}
+
+void ManagedObjectContext::clearChangedList() {
+    for (ManagedObject *object : m_changed)
+        object->m_listedChanged = false;
+    m_changed.clear();
+}
+
 void ManagedObjectContext::markChanged(ManagedObject *object) {
     takeSnapshot(object);
     object->m_dirty = true;
-    m_changed.insert(object);
+    listChanged(object);
     if (!object->m_deleted && !(object->m_pending & PendingInserted))
         notePending(object, PendingUpdated);
 }
@@ -285,7 +298,7 @@ void ManagedObjectContext::deleteObject(ManagedObject *object) {
     takeSnapshot(object);
     object->m_deleted = true;
     removeMember(object);
-    m_changed.insert(object);
+    listChanged(object);
     notePendingRemoval(object);
     registerUndo([this, object] {
         undelete(object);
@@ -300,7 +313,7 @@ void ManagedObjectContext::undelete(ManagedObject *object) {
         return;
     object->m_deleted = false;
     addMember(object);
-    m_changed.insert(object);
+    listChanged(object);
     object->m_pending &= ~PendingDeleted;
     if (object->m_hasRow)
         markChanged(object);
@@ -311,7 +324,7 @@ void ManagedObjectContext::undelete(ManagedObject *object) {
         takeSnapshot(object);
         object->m_deleted = true;
         removeMember(object);
-        m_changed.insert(object);
+        listChanged(object);
         notePendingRemoval(object);
         registerUndo([this, object] { undelete(object); });
     });
@@ -323,7 +336,7 @@ void ManagedObjectContext::undoInsert(ManagedObject *object) {
         linkPrimitive(object, slot, nullptr);
     object->m_deleted = true;
     removeMember(object);
-    m_changed.insert(object);
+    listChanged(object);
     notePendingRemoval(object);
     registerUndo([this, object] { redoInsert(object); });
 }
@@ -331,7 +344,7 @@ void ManagedObjectContext::undoInsert(ManagedObject *object) {
 void ManagedObjectContext::redoInsert(ManagedObject *object) {
     object->m_deleted = false;
     addMember(object);
-    m_changed.insert(object);
+    listChanged(object);
     object->m_pending &= ~PendingDeleted;
     notePending(object, PendingInserted);
     registerUndo([this, object] { undoInsert(object); });
@@ -526,7 +539,7 @@ Result<void> ManagedObjectContext::save() {
         if (object->hasChanges())
             changed.append(object);
     if (changed.isEmpty()) {
-        m_changed.clear();
+        clearChangedList();
         return {};
     }
     if (m_store->isReadOnly())
@@ -537,6 +550,12 @@ Result<void> ManagedObjectContext::save() {
         if (!object->m_deleted)
             fresh.append(object);
     obtainPermanentIDs(fresh);
+    // Rows go out table by table in key order: the tables' trees then grow at their ends
+    // instead of splitting pages all over.
+    std::sort(changed.begin(), changed.end(), [](ManagedObject *a, ManagedObject *b) {
+        const int x = a->m_entity->index(), y = b->m_entity->index();
+        return x != y ? x < y : a->m_id.number() < b->m_id.number();
+    });
     SqliteConnection *db = connection();
     if (!db)
         return Error{ErrorCode::WriteFailed,
@@ -563,7 +582,7 @@ Result<void> ManagedObjectContext::save() {
         object->m_dirty = false;
         object->m_snapshot.reset();
     }
-    m_changed.clear();
+    clearChangedList();
     emit didSave();
     return {};
 }
@@ -597,7 +616,7 @@ void ManagedObjectContext::rollback() {
         object->m_dirty = false;
         object->m_snapshot.reset();
     }
-    m_changed.clear();
+    clearChangedList();
     clearPending();
     if (m_undo)
         m_undo->removeAllActions();
@@ -613,7 +632,7 @@ void ManagedObjectContext::reset() {
 
 void ManagedObjectContext::forgetObjects() {
     clearPending();
-    m_changed.clear();
+    clearChangedList();
     m_touchedByUndo.clear();
     m_byTemporary.clear();
     for (auto &table : m_byPk)

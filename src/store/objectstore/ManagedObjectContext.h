@@ -105,6 +105,8 @@ private:
     void changeToOne(ManagedObject *object, int slot, ManagedObject *target);
     void linkPrimitive(ManagedObject *object, int slot, ManagedObject *target);
     void markChanged(ManagedObject *object);
+    void listChanged(ManagedObject *object);
+    void clearChangedList();
     void takeSnapshot(ManagedObject *object);
     void undoInsert(ManagedObject *object);
     void redoInsert(ManagedObject *object);
@@ -132,7 +134,9 @@ private:
     QHash<qint64, ManagedObject *> m_byTemporary;
     std::vector<QList<ManagedObject *>> m_members; // live objects per entity index
     std::vector<bool> m_loaded;                    // per entity index
-    QSet<ManagedObject *> m_changed;               // since the last save
+    // Since the last save, each object once (ManagedObject::m_listedChanged), in the order of
+    // first change: a set keyed by pointer cost more than the change itself in large imports.
+    std::vector<ManagedObject *> m_changed;
     ObjectsDidChange m_pending;
     QSet<ManagedObject *> m_touchedByUndo;
     qint64 m_nextTemporary = 1;
