@@ -249,6 +249,19 @@ QString ComparisonPredicate::format() const {
            m_right.format();
 }
 
+void ComparisonPredicate::collectKeysRequiredNull(QStringList &keys) const {
+    if (m_op != Operator::Equal)
+        return;
+    const auto isNull = [](const PredicateExpression &side) {
+        return side.isConstant() &&
+               (!side.constantValue().isValid() || side.constantValue().isNull());
+    };
+    if (isNull(m_right) && !m_left.singleKey().isEmpty())
+        keys.append(m_left.singleKey());
+    else if (isNull(m_left) && !m_right.singleKey().isEmpty())
+        keys.append(m_right.singleKey());
+}
+
 PredicateNodePtr ComparisonPredicate::substituted(const QVariantMap &variables) const {
     return std::make_shared<ComparisonPredicate>(m_left.substituted(variables), m_op, m_options,
                                                  m_right.substituted(variables));

@@ -32,6 +32,7 @@ public:
     bool evaluate(const PredicateContext &context) const override;
     QString format() const override;
     PredicateNodePtr substituted(const QVariantMap &variables) const override;
+    void collectKeysRequiredNull(QStringList &keys) const override;
 
     static QString operatorText(Operator op);
 

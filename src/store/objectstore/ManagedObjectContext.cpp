@@ -412,8 +412,13 @@ ManagedObjectContext::executeFetchRequest(const FetchRequest &request) {
     if (request.includesSubentities)
         entities += entity->subentities();
     m_lastLoadError.reset();
+    // A condition that wants links empty reads only such rows of a table not read yet (the
+    // unassigned timers of a decade among all of them): the others cannot match.
+    const QStringList nullKeys =
+        request.predicate ? request.predicate->keysRequiredNull() : QStringList();
     for (const EntityDescription *e : entities)
-        ensureEntityLoaded(e);
+        if (nullKeys.isEmpty() || !loadRowsWithNullLinks(e, nullKeys))
+            ensureEntityLoaded(e);
     if (m_lastLoadError)
         return *m_lastLoadError;
     QList<ManagedObject *> results;

@@ -95,6 +95,11 @@ private:
     friend class ObjectGraph;
 
     void ensureEntityLoaded(const EntityDescription *entity);
+    // Reads the rows the SQL condition selects (all for an empty one) into objects.
+    void loadRows(const EntityDescription *entity, const QString &where);
+    // Reads only the rows whose links `keys` are empty, while the entity is not loaded and
+    // nothing waits unsaved; false when that cannot be done and the entity must be loaded.
+    bool loadRowsWithNullLinks(const EntityDescription *entity, const QStringList &keys);
     void ensureToManyLoaded(const RelationshipDescription &relationship);
     ManagedObject *registeredObject(const EntityDescription *entity, qint64 pk, bool create);
     void addMember(ManagedObject *object);

@@ -124,12 +124,54 @@ void ManagedObjectContext::ensureEntityLoaded(const EntityDescription *entity) {
     if (!entity || entity->isAbstract() || m_loaded[entity->index()])
         return;
     m_loaded[entity->index()] = true;
+    loadRows(entity, QString());
+}
+
+bool ManagedObjectContext::loadRowsWithNullLinks(const EntityDescription *entity,
+                                                 const QStringList &keys) {
+    // The rows must say what the objects say: nothing may wait unsaved.
+    if (!entity || entity->isAbstract() || m_loaded[entity->index()] || !m_changed.empty())
+        return false;
+    // A link reads as empty when its column is, and also when it names a row that does not
+    // exist or is of no kind the link takes: only the rows whose named row exists are left out.
+    QStringList conditions;
+    for (const QString &key : keys) {
+        const PropertySlot *slot = entity->slot(key);
+        if (!slot || slot->kind != PropertySlot::ToOne)
+            continue;
+        const RelationshipDescription &r = entity->relationships()[slot->declaration];
+        if (!r.destination)
+            return false;
+        // Named with the table: inside the subquery, a bare name would mean the other table's
+        // column of the same name.
+        const QString table = quoted(PersistentStore::tableName(entity)) + u'.';
+        const QString column = table + quoted(PersistentStore::linkColumn(r.name));
+        const QString entityColumn = table + quoted(PersistentStore::linkEntityColumn(r.name));
+        QStringList kinds;
+        for (const EntityDescription *kind : m_store->model().entities())
+            if (!kind->isAbstract() && kind->isKindOfEntity(r.destination))
+                kinds.append(QStringLiteral("(%1 = %2 AND EXISTS (SELECT 1 FROM %3 WHERE pk = %4))")
+                                 .arg(entityColumn)
+                                 .arg(m_store->entityCode(kind))
+                                 .arg(quoted(PersistentStore::tableName(kind)), column));
+        if (!kinds.isEmpty())
+            conditions.append(QStringLiteral("NOT (%1)").arg(kinds.join(QStringLiteral(" OR "))));
+    }
+    if (conditions.isEmpty())
+        return false;
+    loadRows(entity, conditions.join(QStringLiteral(" AND ")));
+    return true;
+}
+
+void ManagedObjectContext::loadRows(const EntityDescription *entity, const QString &where) {
     SqliteConnection *db = connection();
     if (!db)
         return;
-    const QString sql = QStringLiteral("SELECT pk, %1 FROM %2")
-                            .arg(columnsOf(entity).join(QStringLiteral(", ")),
-                                 quoted(PersistentStore::tableName(entity)));
+    QString sql = QStringLiteral("SELECT pk, %1 FROM %2")
+                      .arg(columnsOf(entity).join(QStringLiteral(", ")),
+                           quoted(PersistentStore::tableName(entity)));
+    if (!where.isEmpty())
+        sql += QStringLiteral(" WHERE ") + where;
     SqliteStatement *stmt = db->statement(sql);
     if (!stmt) {
         m_lastLoadError = Error{ErrorCode::FileDamaged, db->lastError()};
@@ -159,6 +201,10 @@ void ManagedObjectContext::ensureEntityLoaded(const EntityDescription *entity) {
             if (!present || !target || !target->isKindOfEntity(r.destination))
                 continue;
             ManagedObject *other = registeredObject(target, pk, true);
+            // A table read before this one has no such row: the link reads as empty.
+            if (other->m_state == ManagedObject::State::Fault && target != entity &&
+                m_loaded[target->index()])
+                other->m_state = ManagedObject::State::Missing;
             object->m_toOne[slot] = other;
             if (r.inverse && r.inverse->toMany)
                 other->m_toMany[r.inverseSlot].appendNew(object); // a fault is in no set yet
@@ -171,10 +217,12 @@ void ManagedObjectContext::ensureEntityLoaded(const EntityDescription *entity) {
     stmt->reset();
     if (rc != SQLITE_DONE)
         m_lastLoadError = Error{ErrorCode::FileDamaged, db->lastError()};
-    // Links to rows that do not exist (any more) read as empty.
-    for (ManagedObject *object : m_byPk[entity->index()])
-        if (object && object->m_state == ManagedObject::State::Fault)
-            object->m_state = ManagedObject::State::Missing;
+    // Links to rows that do not exist (any more) read as empty; after part of the rows, the
+    // others may still come.
+    if (where.isEmpty())
+        for (ManagedObject *object : m_byPk[entity->index()])
+            if (object && object->m_state == ManagedObject::State::Fault)
+                object->m_state = ManagedObject::State::Missing;
     for (ManagedObject *object : loaded)
         object->awakeFromFetch();
 }

@@ -65,6 +65,13 @@ bool Predicate::evaluateValue(const QVariant &value) const {
     return m_root->evaluate(PredicateContext{nullptr, &value});
 }
 
+QStringList Predicate::keysRequiredNull() const {
+    QStringList keys;
+    m_root->collectKeysRequiredNull(keys);
+    keys.removeDuplicates();
+    return keys;
+}
+
 QString Predicate::predicateFormat() const {
     return m_root->format();
 }

@@ -40,6 +40,10 @@ public:
     // Evaluates against a plain value (text, number, object variant): SELF is the value.
     bool evaluateValue(const QVariant &value) const;
 
+    // Keys (one-key paths) whose value is NULL in every object the predicate matches, as far
+    // as its top-level AND shows: lets a store read only the rows that can match.
+    QStringList keysRequiredNull() const;
+
     template <class T> QList<T *> filtered(const QList<T *> &objects) const;
 
     // Canonical text that parses back to an equivalent predicate. Arguments appear as

@@ -30,6 +30,11 @@ public:
     Kind kind() const { return m_kind; }
     bool isConstant() const { return m_kind == Kind::Constant; }
     const QVariant &constantValue() const { return m_constant; }
+    // The key of a one-key path; empty for anything else.
+    QString singleKey() const {
+        return m_kind == Kind::KeyPath && m_keyPath.keys().size() == 1 ? m_keyPath.keys().first()
+                                                                       : QString();
+    }
 
     QVariant value(const PredicateContext &context) const;
     // The value in place where the object stores it (a one-key path); else null.

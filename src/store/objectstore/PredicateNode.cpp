@@ -34,6 +34,12 @@ bool CompoundPredicate::evaluate(const PredicateContext &context) const {
     return false;
 }
 
+void CompoundPredicate::collectKeysRequiredNull(QStringList &keys) const {
+    if (m_type == Type::And)
+        for (const PredicateNodePtr &child : m_children)
+            child->collectKeysRequiredNull(keys);
+}
+
 QString CompoundPredicate::format() const {
     QStringList parts;
     for (const PredicateNodePtr &child : m_children) {

@@ -18,6 +18,8 @@ public:
     virtual std::shared_ptr<const PredicateNode>
     substituted(const QVariantMap &variables) const = 0;
     virtual bool isCompound() const { return false; }
+    // Appends the one-key paths that must be NULL wherever the node holds.
+    virtual void collectKeysRequiredNull(QStringList &keys) const { (void)keys; }
 };
 
 using PredicateNodePtr = std::shared_ptr<const PredicateNode>;
@@ -45,6 +47,7 @@ public:
     QString format() const override;
     PredicateNodePtr substituted(const QVariantMap &variables) const override;
     bool isCompound() const override { return true; }
+    void collectKeysRequiredNull(QStringList &keys) const override;
 
 private:
     Type m_type;

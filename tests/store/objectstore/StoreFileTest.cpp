@@ -2,6 +2,7 @@
 
 #include "store/objectstore/ManagedObjectContext.h"
 #include "store/objectstore/PersistentStore.h"
+#include "store/objectstore/Predicate.h"
 
 #include <QCryptographicHash>
 #include <QFile>
@@ -174,6 +175,92 @@ TEST_F(StoreFile, ExplicitReadOnlyOptionAndSecondContextOnAnotherThreadSeeSavedS
     auto ro = PersistentStore::open(path, *model, readOnly);
     ASSERT_TRUE(ro.ok());
     EXPECT_TRUE((*ro)->isReadOnly());
+}
+
+// A fetch that wants links empty reads only the rows that can match while the table is unread;
+// it must find what a full read finds, dangling and foreign links included, and leave the
+// context able to read the rest without doubles.
+TEST_F(StoreFile, FetchWantingEmptyLinksAgreesWithAFullRead) {
+    const QString path = dir.filePath(QStringLiteral("links.tadb"));
+    {
+        auto store = PersistentStore::create(path, *model);
+        ASSERT_TRUE(store.ok());
+        ManagedObjectContext ctx(*store);
+        ManagedObject *owner = ctx.insertNewObject(QStringLiteral("Owner"));
+        ManagedObject *special = ctx.insertNewObject(QStringLiteral("SpecialOwner"));
+        ManagedObject *note = ctx.insertNewObject(QStringLiteral("Note"));
+        const auto thing = [&](const char *entity, const char *title, ManagedObject *o,
+                               ManagedObject *buddy) {
+            ManagedObject *t = ctx.insertNewObject(QLatin1String(entity));
+            t->setValueForKey(QLatin1String(title), QStringLiteral("title"));
+            t->setObjectForKey(o, QStringLiteral("owner"));
+            t->setObjectForKey(buddy, QStringLiteral("buddy"));
+            return t;
+        };
+        thing("Widget", "free", nullptr, nullptr);
+        thing("Widget", "owned", owner, nullptr);
+        thing("Widget", "owned by special", special, nullptr);
+        thing("Widget", "buddy only", nullptr, owner);
+        ManagedObject *dangling = thing("Widget", "dangling", nullptr, nullptr);
+        ManagedObject *foreign = thing("Widget", "foreign", nullptr, nullptr);
+        thing("Gadget", "free gadget", nullptr, nullptr);
+        ASSERT_TRUE(ctx.save().ok());
+        // Links a damaged or foreign-edited file may hold: to no row, and to a row of a
+        // kind the link does not take.
+        const EntityDescription *widget = model->entity(QStringLiteral("Widget"));
+        const QString owned = PersistentStore::linkColumn(QStringLiteral("owner"));
+        const QString ownedKind = PersistentStore::linkEntityColumn(QStringLiteral("owner"));
+        const QString sql =
+            QStringLiteral("UPDATE \"%1\" SET \"%2\" = %4, \"%3\" = %5 WHERE pk = %6;"
+                           "UPDATE \"%1\" SET \"%2\" = %7, \"%3\" = %8 WHERE pk = %9;")
+                .arg(PersistentStore::tableName(widget), owned, ownedKind)
+                .arg(note->objectID().number() + 999)
+                .arg((*store)->entityCode(model->entity(QStringLiteral("Owner"))))
+                .arg(dangling->objectID().number())
+                .arg(note->objectID().number())
+                .arg((*store)->entityCode(note->entity()))
+                .arg(foreign->objectID().number());
+        sqlite3 *db = nullptr;
+        ASSERT_EQ(sqlite3_open(QFile::encodeName(path).constData(), &db), SQLITE_OK);
+        EXPECT_EQ(sqlite3_exec(db, sql.toUtf8().constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+        sqlite3_close(db);
+    }
+    auto store = PersistentStore::open(path, *model);
+    ASSERT_TRUE(store.ok());
+    FetchRequest unassigned(QStringLiteral("Thing"));
+    unassigned.predicate = std::make_shared<const Predicate>(
+        *Predicate::parse(QStringLiteral("owner == %@ AND buddy == %@"), {QVariant(), QVariant()}));
+    const auto titles = [](const QList<ManagedObject *> &objects) {
+        QStringList list;
+        for (ManagedObject *o : objects)
+            list.append(o->valueForKey(QStringLiteral("title")).toString());
+        list.sort();
+        return list;
+    };
+    // A link to no row reads as a link until its table is read, and as empty after.
+    const QStringList expected{QStringLiteral("foreign"), QStringLiteral("free"),
+                               QStringLiteral("free gadget")};
+
+    ManagedObjectContext fullRead(*store);
+    ASSERT_TRUE(fullRead.loadEntity(QStringLiteral("Thing")).ok());
+    EXPECT_EQ(titles(*fullRead.executeFetchRequest(unassigned)), expected);
+
+    ManagedObjectContext partRead(*store);
+    EXPECT_EQ(titles(*partRead.executeFetchRequest(unassigned)), expected);
+    EXPECT_EQ(titles(*partRead.executeFetchRequest(unassigned)), expected);
+    EXPECT_EQ(partRead.executeFetchRequest(FetchRequest(QStringLiteral("Thing")))->size(), 7);
+    auto owners = *partRead.executeFetchRequest(FetchRequest(QStringLiteral("Owner")));
+    qsizetype linked = 0;
+    for (ManagedObject *o : owners)
+        linked += o->objectsForKey(QStringLiteral("things")).size();
+    EXPECT_EQ(linked, 2);
+
+    // Owners read first, and unsaved changes that make the whole table be read.
+    ManagedObjectContext edited(*store);
+    auto named = *edited.executeFetchRequest(FetchRequest(QStringLiteral("Owner")));
+    named.first()->setValueForKey(QStringLiteral("renamed"), QStringLiteral("name"));
+    EXPECT_EQ(titles(*edited.executeFetchRequest(unassigned)),
+              QStringList{QStringLiteral("dangling")} + expected);
 }
 
 TEST_F(StoreFile, AFailedSaveKeepsTheChangesAndTheFileAndCanBeRetried) {
