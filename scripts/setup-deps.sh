@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
     build-essential cmake ninja-build ccache pkg-config clang-format
     qt6-base-dev qt6-base-dev-tools libqt6svg6-dev
-    libsqlite3-dev libicu-dev libboost-dev zlib1g-dev
+    libsqlite3-dev libicu-dev libboost-dev zlib1g-dev rapidjson-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     poppler-utils
     fonts-dejavu-core

@@ -38,7 +38,11 @@ protected:
         QJsonObject objects = root.value(QLatin1String("objects")).toObject();
         edit(objects);
         root.insert(QStringLiteral("objects"), objects);
-        write("bad.json", QJsonDocument(root).toJson());
+        return importText(QJsonDocument(root).toJson());
+    }
+
+    QString importText(const QByteArray &text) {
+        write("bad.json", text);
         const QStringList before = files();
         const CliRun run = cli({"import-json", path("bad.json"), "-o", path("out.tadb")});
         EXPECT_EQ(run.status, 2);
@@ -95,6 +99,29 @@ TEST_F(CliImportErrorTest, EachFaultIsNamedByItsPathAndNothingIsWritten) {
         EXPECT_TRUE(message.contains(QString::fromUtf8(c.expected)))
             << "expected: " << c.expected << "\n     got: " << message.toStdString();
     }
+}
+
+TEST_F(CliImportErrorTest, AKeyGivenTwiceIsAFaultWhereverItStands) {
+    const QByteArray text = read("good.json");
+    ASSERT_TRUE(text.contains("\n    \"Tax/1\": {"));
+    ASSERT_TRUE(text.contains("\n    \"Invoice/1\": {"));
+    const struct {
+        QByteArray from, to;
+        const char *expected;
+    } cases[] = {
+        {"\"objects\": {", "\"objects\": {\"Tax/1\": {},", "$.objects[\"Tax/1\"]: duplicate key"},
+        {"\"Invoice/1\": {", "\"Invoice/1\": {\"status\": 2,",
+         "$.objects[\"Invoice/1\"].status: duplicate key"},
+        {"\"format\":", "\"model\": \"x\", \"format\":", "$.model: duplicate key"},
+    };
+    for (const auto &c : cases) {
+        const QString message = importText(QByteArray(text).replace(c.from, c.to));
+        EXPECT_TRUE(message.contains(QString::fromUtf8(c.expected)))
+            << "expected: " << c.expected << "\n     got: " << message.toStdString();
+    }
+    // Text that is not UTF-8 is no JSON, even inside a string.
+    EXPECT_TRUE(importText(QByteArray(text).replace("\"format\"", "\"form\xc3\x28t\""))
+                    .contains("not valid JSON at offset"));
 }
 
 TEST_F(CliImportErrorTest, BrokenTextAndWrongHeaderAreRefused) {

@@ -1,6 +1,7 @@
 #include "importsync/json/JsonDocumentImporter.h"
 
 #include "importsync/json/JsonDocumentExporter.h"
+#include "importsync/json/JsonKeyIndex.h"
 #include "importsync/json/JsonText.h"
 #include "store/TADocModel.h"
 #include "store/entities/TAInvoice.h"
@@ -10,15 +11,39 @@
 #include "store/objectstore/ObjectGraph.h"
 #include "store/objectstore/PersistentStore.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
+#include <QHash>
 #include <QSet>
 
+#include <rapidjson/document.h>
+#include <rapidjson/error/en.h>
+
 #include <algorithm>
-#include <cmath>
+#include <memory>
 #include <numeric>
+#include <string_view>
+#include <utility>
 
 namespace {
+
+using Json = rapidjson::Value;
+
+// In place: strings are unescaped inside the text's own buffer, so the parsed tree holds no
+// copy of them. The encoding is checked beforehand, on the whole text at once. Nesting is
+// followed without recursion, so no text can exhaust the stack.
+constexpr unsigned kParseFlags = rapidjson::kParseInsituFlag | rapidjson::kParseIterativeFlag |
+                                 rapidjson::kParseFullPrecisionFlag;
+
+std::string_view textOf(const Json &value) {
+    return {value.GetString(), value.GetStringLength()};
+}
+
+QString toQString(std::string_view text) {
+    return QString::fromUtf8(text.data(), qsizetype(text.size()));
+}
+
+QByteArrayView viewOf(std::string_view text) {
+    return QByteArrayView(text.data(), qsizetype(text.size()));
+}
 
 Error fault(const QString &path, const QString &reason) {
     return Error{ErrorCode::FileDamaged, path + QStringLiteral(": ") + reason};
@@ -28,137 +53,249 @@ QString objectPath(const QString &key) {
     return QStringLiteral("$.objects[%1]").arg(QString::fromUtf8(JsonText::quoted(key)));
 }
 
-QString typeName(const QJsonValue &value) {
-    switch (value.type()) {
-    case QJsonValue::Null:
+QString objectPath(std::string_view key) {
+    return objectPath(toQString(key));
+}
+
+QString typeName(const Json *value) {
+    if (!value)
+        return QStringLiteral("nothing");
+    switch (value->GetType()) {
+    case rapidjson::kNullType:
         return QStringLiteral("null");
-    case QJsonValue::Bool:
+    case rapidjson::kFalseType:
+    case rapidjson::kTrueType:
         return QStringLiteral("a boolean");
-    case QJsonValue::Double:
+    case rapidjson::kNumberType:
         return QStringLiteral("a number");
-    case QJsonValue::String:
+    case rapidjson::kStringType:
         return QStringLiteral("a string");
-    case QJsonValue::Array:
+    case rapidjson::kArrayType:
         return QStringLiteral("an array");
-    case QJsonValue::Object:
+    case rapidjson::kObjectType:
         return QStringLiteral("an object");
-    case QJsonValue::Undefined:
-        break;
     }
     return QStringLiteral("nothing");
 }
 
-Error wrongType(const QString &path, const QString &expected, const QJsonValue &value) {
+Error wrongType(const QString &path, const QString &expected, const Json *value) {
     return fault(path, QStringLiteral("expected %1, found %2").arg(expected, typeName(value)));
 }
 
+// The first member of that name; null when there is none.
+const Json *memberOf(const Json &object, std::string_view name) {
+    for (auto it = object.MemberBegin(); it != object.MemberEnd(); ++it)
+        if (textOf(it->name) == name)
+            return &it->value;
+    return nullptr;
+}
+
+Error syntaxError(std::size_t offset, rapidjson::ParseErrorCode code) {
+    // The library's sentences, in the lower case and without the stop of the other messages.
+    QString reason = QString::fromUtf8(rapidjson::GetParseError_En(code));
+    if (reason.endsWith(u'.'))
+        reason.chop(1);
+    if (!reason.isEmpty())
+        reason[0] = reason[0].toLower();
+    return Error{ErrorCode::FileDamaged,
+                 QStringLiteral("not valid JSON at offset %1 (%2)").arg(offset).arg(reason)};
+}
+
+// The members of one entity by their UTF-8 names. Objects of an entity list their members in
+// the same order, so the member at a position is first guessed to be the one that stood there
+// in the previous object, and only a miss is hashed.
+class MemberNames {
+public:
+    explicit MemberNames(const EntityDescription *entity) {
+        for (const AttributeDescription &attribute : entity->attributes())
+            add(attribute.name, entity);
+        for (const RelationshipDescription &link : entity->relationships())
+            add(link.name, entity);
+        for (std::size_t i = 0; i < m_names.size(); ++i)
+            m_index.insert(QByteArrayView(m_names[i]), int(i));
+    }
+
+    const PropertySlot *find(std::string_view name, std::size_t position) {
+        if (position < m_sequence.size() &&
+            QByteArrayView(m_names[m_sequence[position]]) == viewOf(name))
+            return m_slots[m_sequence[position]];
+        const auto found = m_index.constFind(viewOf(name));
+        if (found == m_index.constEnd())
+            return nullptr;
+        if (position < m_sequence.size())
+            m_sequence[position] = *found;
+        else if (position == m_sequence.size())
+            m_sequence.push_back(*found);
+        return m_slots[*found];
+    }
+
+private:
+    void add(const QString &name, const EntityDescription *entity) {
+        m_names.push_back(name.toUtf8());
+        m_slots.push_back(entity->slot(name));
+    }
+
+    std::vector<QByteArray> m_names;
+    std::vector<const PropertySlot *> m_slots;
+    QHash<QByteArrayView, int> m_index;
+    std::vector<int> m_sequence;
+};
+
 } // namespace
 
-Result<void> JsonDocumentImporter::read(const QByteArray &json) {
-    m_objects.clear();
-    m_byKey.clear();
-    QJsonParseError parseError;
-    const QJsonDocument document = QJsonDocument::fromJson(json, &parseError);
-    if (parseError.error != QJsonParseError::NoError)
-        return Error{ErrorCode::FileDamaged, QStringLiteral("not valid JSON at offset %1 (%2)")
-                                                 .arg(parseError.offset)
-                                                 .arg(parseError.errorString())};
-    if (!document.isObject())
-        return wrongType(QStringLiteral("$"), QStringLiteral("an object"),
-                         document.isArray() ? QJsonValue(document.array()) : QJsonValue());
-    const QJsonObject root = document.object();
-    if (auto header = readHeader(root); !header)
-        return header;
-    const QJsonValue objects = root.value(QLatin1String("objects"));
-    if (!objects.isObject())
-        return wrongType(QStringLiteral("$.objects"), QStringLiteral("an object"), objects);
-    const QJsonObject members = objects.toObject();
+class JsonDocumentImporter::Reader {
+public:
+    explicit Reader(std::vector<Planned> &objects)
+        : m_objects(objects) {}
+
+    Result<void> readHeader(const Json &root);
     // Keys first, so that every reference can be resolved while its object is read.
-    if (auto keys = readKeys(members); !keys)
+    Result<void> readKeys(const Json &objects);
+    Result<void> readObjects(const Json &objects);
+
+private:
+    // Where a value stands in the text; the path is only spelled out for a fault.
+    struct Place {
+        std::string_view key;
+        std::string_view member;
+        const char *suffix = "";
+        QString path() const {
+            return objectPath(key) + u'.' + toQString(member) + QLatin1String(suffix);
+        }
+    };
+
+    Result<void> readObject(Planned &planned, std::string_view key, const Json &value);
+    Result<void> readLink(Planned &planned, const Place &place, int declaration, const Json &value);
+    Result<QVariant> readAttribute(const Place &place, int index, const Json &value,
+                                   Planned &planned);
+    Result<QVariant> readText(const Place &place, int index, const Json &value, Planned &planned);
+    Result<JsonKeyIndex::Found> resolve(const Place &place, std::string_view key) const;
+    MemberNames &membersOf(const EntityDescription *entity);
+
+    std::vector<Planned> &m_objects;
+    JsonKeyIndex m_keys{TADocModel::model()};
+    std::vector<std::unique_ptr<MemberNames>> m_members; // by entity index
+    std::vector<bool> m_given;                           // per member of the current object
+};
+
+Result<void> JsonDocumentImporter::read(QByteArray json) {
+    m_objects.clear();
+    if (const qsizetype invalid = JsonText::invalidUtf8At(json); invalid >= 0)
+        return syntaxError(std::size_t(invalid), rapidjson::kParseErrorStringInvalidEncoding);
+    rapidjson::Document document;
+    rapidjson::InsituStringStream stream(json.data());
+    document.ParseStream<kParseFlags>(stream);
+    if (document.HasParseError())
+        return syntaxError(document.GetErrorOffset(), document.GetParseError());
+    // The parser stops at a NUL character, which is no white space.
+    if (stream.Tell() != std::size_t(json.size()))
+        return syntaxError(stream.Tell(), rapidjson::kParseErrorDocumentRootNotSingular);
+    if (!document.IsObject())
+        return wrongType(QStringLiteral("$"), QStringLiteral("an object"), &document);
+    Reader reader(m_objects);
+    if (auto header = reader.readHeader(document); !header)
+        return header;
+    const Json &objects = *memberOf(document, "objects");
+    if (auto keys = reader.readKeys(objects); !keys)
         return keys;
-    qsizetype at = 0;
-    for (auto it = members.constBegin(); it != members.constEnd(); ++it, ++at)
-        if (auto object = readObject(m_objects[at], it.key(), it.value()); !object)
-            return object;
-    return {};
+    return reader.readObjects(objects);
 }
 
-Result<void> JsonDocumentImporter::readHeader(const QJsonObject &root) {
-    static const QStringList known{QStringLiteral("format"), QStringLiteral("formatVersion"),
-                                   QStringLiteral("model"), QStringLiteral("objects")};
-    for (auto it = root.constBegin(); it != root.constEnd(); ++it)
-        if (!known.contains(it.key()))
-            return fault(QStringLiteral("$.") + it.key(), QStringLiteral("unknown key"));
-    if (root.value(QLatin1String("format")).toString() != JsonDocumentExporter::kFormat)
+Result<void> JsonDocumentImporter::Reader::readHeader(const Json &root) {
+    static constexpr std::string_view known[] = {"format", "formatVersion", "model", "objects"};
+    bool given[std::size(known)] = {};
+    for (auto it = root.MemberBegin(); it != root.MemberEnd(); ++it) {
+        const auto name = std::find(std::begin(known), std::end(known), textOf(it->name));
+        if (name == std::end(known))
+            return fault(QStringLiteral("$.") + toQString(textOf(it->name)),
+                         QStringLiteral("unknown key"));
+        if (std::exchange(given[name - std::begin(known)], true))
+            return fault(QStringLiteral("$.") + toQString(*name), QStringLiteral("duplicate key"));
+    }
+    const Json *format = memberOf(root, "format");
+    if (!format || !format->IsString() ||
+        textOf(*format) != JsonDocumentExporter::kFormat.toUtf8().toStdString())
         return fault(QStringLiteral("$.format"),
                      QStringLiteral("expected \"%1\"").arg(JsonDocumentExporter::kFormat));
-    const QJsonValue version = root.value(QLatin1String("formatVersion"));
-    if (!version.isDouble() || version.toDouble() != JsonDocumentExporter::kFormatVersion)
+    const Json *version = memberOf(root, "formatVersion");
+    if (!version || !version->IsNumber() ||
+        version->GetDouble() != JsonDocumentExporter::kFormatVersion)
         return fault(QStringLiteral("$.formatVersion"),
                      QStringLiteral("expected %1").arg(JsonDocumentExporter::kFormatVersion));
-    if (!root.value(QLatin1String("model")).isString())
-        return wrongType(QStringLiteral("$.model"), QStringLiteral("a string"),
-                         root.value(QLatin1String("model")));
+    if (const Json *model = memberOf(root, "model"); !model || !model->IsString())
+        return wrongType(QStringLiteral("$.model"), QStringLiteral("a string"), model);
+    if (const Json *objects = memberOf(root, "objects"); !objects || !objects->IsObject())
+        return wrongType(QStringLiteral("$.objects"), QStringLiteral("an object"), objects);
     return {};
 }
 
-Result<void> JsonDocumentImporter::readKeys(const QJsonObject &objects) {
-    const ManagedObjectModel &model = TADocModel::model();
-    m_objects.resize(objects.size());
-    m_byKey.reserve(objects.size());
+Result<void> JsonDocumentImporter::Reader::readKeys(const Json &objects) {
+    m_objects.resize(objects.MemberCount());
     qsizetype at = 0;
-    for (auto it = objects.constBegin(); it != objects.constEnd(); ++it, ++at) {
-        const QString key = it.key();
-        const qsizetype slash = key.indexOf(u'/');
-        const QStringView number = QStringView(key).mid(slash + 1);
-        bool ok = slash > 0 && !number.isEmpty() && number.front() != u'0' && number.size() < 19;
-        for (QChar c : number)
-            ok = ok && c.isDigit() && c.unicode() < 128;
-        if (!ok)
+    for (auto it = objects.MemberBegin(); it != objects.MemberEnd(); ++it, ++at) {
+        const std::string_view key = textOf(it->name);
+        const auto parts = JsonKeyIndex::split(key);
+        if (!parts)
             return fault(objectPath(key), QStringLiteral("a key is \"Entity/number\", the "
                                                          "number from 1"));
-        const EntityDescription *entity = model.entity(key.left(slash));
+        const EntityDescription *entity = m_keys.entity(parts->entityName);
         if (!entity || entity->isAbstract())
             return fault(objectPath(key),
-                         QStringLiteral("unknown entity \"%1\"").arg(key.left(slash)));
+                         QStringLiteral("unknown entity \"%1\"").arg(toQString(parts->entityName)));
+        if (!m_keys.insert(entity, parts->number, at))
+            return fault(objectPath(key), QStringLiteral("duplicate key"));
         m_objects[at].entity = entity;
-        m_objects[at].number = number.toLongLong();
-        m_byKey.insert(key, at);
+        m_objects[at].number = parts->number;
     }
     return {};
 }
 
-QString JsonDocumentImporter::Place::path() const {
-    return objectPath(key) + u'.' + member + QLatin1String(suffix);
+Result<void> JsonDocumentImporter::Reader::readObjects(const Json &objects) {
+    qsizetype at = 0;
+    for (auto it = objects.MemberBegin(); it != objects.MemberEnd(); ++it, ++at)
+        if (auto object = readObject(m_objects[at], textOf(it->name), it->value); !object)
+            return object;
+    return {};
 }
 
-Result<qsizetype> JsonDocumentImporter::resolve(const Place &place, const QString &key) const {
-    const auto found = m_byKey.constFind(key);
-    if (found == m_byKey.constEnd())
-        return fault(place.path(), QStringLiteral("\"%1\" names no object of the file").arg(key));
-    return *found;
+MemberNames &JsonDocumentImporter::Reader::membersOf(const EntityDescription *entity) {
+    if (m_members.size() <= std::size_t(entity->index()))
+        m_members.resize(entity->index() + 1);
+    std::unique_ptr<MemberNames> &members = m_members[entity->index()];
+    if (!members)
+        members = std::make_unique<MemberNames>(entity);
+    return *members;
 }
 
-Result<void> JsonDocumentImporter::readObject(Planned &planned, const QString &key,
-                                              const QJsonValue &value) {
-    if (!value.isObject())
-        return wrongType(objectPath(key), QStringLiteral("an object"), value);
+Result<JsonKeyIndex::Found> JsonDocumentImporter::Reader::resolve(const Place &place,
+                                                                  std::string_view key) const {
+    const JsonKeyIndex::Found found = m_keys.find(key);
+    if (found.at < 0)
+        return fault(place.path(),
+                     QStringLiteral("\"%1\" names no object of the file").arg(toQString(key)));
+    return found;
+}
+
+Result<void> JsonDocumentImporter::Reader::readObject(Planned &planned, std::string_view key,
+                                                      const Json &value) {
+    if (!value.IsObject())
+        return wrongType(objectPath(key), QStringLiteral("an object"), &value);
     const EntityDescription *entity = planned.entity;
     const auto &attributes = entity->attributes();
     const auto &relationships = entity->relationships();
     planned.values.resize(attributes.size());
-    for (qsizetype i = 0; i < attributes.size(); ++i)
-        planned.values[i] = attributes[i].defaultValue;
+    planned.links.reserve(entity->toOneCount());
     // A link the text leaves out is empty, whatever the insert rules would choose.
     for (qsizetype i = 0; i < relationships.size(); ++i)
         if (!relationships[i].toMany)
             planned.links.push_back({int(i), -1});
 
-    const QJsonObject members = value.toObject();
-    for (auto it = members.constBegin(); it != members.constEnd(); ++it) {
-        const QString name = it.key();
-        const Place place{key, name};
-        const PropertySlot *slot = entity->slot(name);
+    MemberNames &names = membersOf(entity);
+    m_given.assign(attributes.size() + relationships.size(), false);
+    std::size_t position = 0;
+    for (auto it = value.MemberBegin(); it != value.MemberEnd(); ++it, ++position) {
+        const Place place{key, textOf(it->name)};
+        const PropertySlot *slot = names.find(place.member, position);
         if (!slot ||
             (slot->kind == PropertySlot::Attribute && attributes[slot->declaration].transient))
             return fault(place.path(), QStringLiteral("unknown key for %1").arg(entity->name()));
@@ -166,95 +303,112 @@ Result<void> JsonDocumentImporter::readObject(Planned &planned, const QString &k
             return fault(place.path(), QStringLiteral("a to-many link is given by the "
                                                       "to-one links of its members; leave "
                                                       "it out"));
-        if (slot->kind == PropertySlot::Attribute) {
-            auto read = readAttribute(place, slot->declaration, it.value(), planned);
-            if (!read)
-                return read.error();
-            planned.values[slot->declaration] = std::move(*read);
+        const bool isAttribute = slot->kind == PropertySlot::Attribute;
+        auto given = m_given[(isAttribute ? 0 : attributes.size()) + slot->declaration];
+        if (given)
+            return fault(place.path(), QStringLiteral("duplicate key"));
+        given = true;
+        if (!isAttribute) {
+            if (auto link = readLink(planned, place, slot->declaration, it->value); !link)
+                return link;
             continue;
         }
-        const QJsonValue target = it.value();
-        if (!target.isNull() && !target.isString())
-            return wrongType(place.path(), QStringLiteral("an object key or null"), target);
-        if (target.isNull())
-            continue;
-        auto resolved = resolve(place, target.toString());
-        if (!resolved)
-            return resolved.error();
-        const RelationshipDescription &link = relationships[slot->declaration];
-        if (!m_objects[*resolved].entity->isKindOfEntity(link.destination))
-            return fault(place.path(), QStringLiteral("\"%1\" is no %2")
-                                           .arg(target.toString(), link.destinationEntityName));
-        for (Link &l : planned.links)
-            if (l.relationship == slot->declaration)
-                l.target = *resolved;
+        auto read = readAttribute(place, slot->declaration, it->value, planned);
+        if (!read)
+            return read.error();
+        planned.values[slot->declaration] = std::move(*read);
     }
+    // An attribute the text leaves out takes the model's default.
+    for (qsizetype i = 0; i < attributes.size(); ++i)
+        if (!m_given[i])
+            planned.values[i] = attributes[i].defaultValue;
+    return {};
+}
+Result<void> JsonDocumentImporter::Reader::readLink(Planned &planned, const Place &place,
+                                                    int declaration, const Json &value) {
+    if (value.IsNull())
+        return {};
+    if (!value.IsString())
+        return wrongType(place.path(), QStringLiteral("an object key or null"), &value);
+    auto resolved = resolve(place, textOf(value));
+    if (!resolved)
+        return resolved.error();
+    const RelationshipDescription &link = planned.entity->relationships()[declaration];
+    if (!resolved->entity->isKindOfEntity(link.destination))
+        return fault(place.path(), QStringLiteral("\"%1\" is no %2")
+                                       .arg(toQString(textOf(value)), link.destinationEntityName));
+    for (Link &l : planned.links)
+        if (l.relationship == declaration)
+            l.target = resolved->at;
     return {};
 }
 
-Result<QVariant> JsonDocumentImporter::readAttribute(const Place &place, int index,
-                                                     const QJsonValue &value, Planned &planned) {
-    if (value.isNull())
+Result<QVariant> JsonDocumentImporter::Reader::readText(const Place &place, int index,
+                                                        const Json &value, Planned &planned) {
+    if (value.IsString())
+        return QVariant(toQString(textOf(value)));
+    if (!value.IsObject())
+        return wrongType(place.path(), QStringLiteral("a string"), &value);
+    const Json *uri = memberOf(value, "objectURI");
+    if (value.MemberCount() != 1 || !uri || !uri->IsString())
+        return fault(place.path(), QStringLiteral("expected a string or {\"objectURI\": key}"));
+    auto target = resolve(Place{place.key, place.member, ".objectURI"}, textOf(*uri));
+    if (!target)
+        return target.error();
+    planned.uriTexts.push_back({index, target->at});
+    return QVariant();
+}
+
+Result<QVariant> JsonDocumentImporter::Reader::readAttribute(const Place &place, int index,
+                                                             const Json &value, Planned &planned) {
+    if (value.IsNull())
         return QVariant();
     switch (planned.entity->attributes()[index].type) {
     case AttributeType::String:
-        if (value.isObject()) {
-            const QJsonObject ref = value.toObject();
-            if (ref.size() != 1 || !ref.value(QLatin1String("objectURI")).isString())
-                return fault(place.path(),
-                             QStringLiteral("expected a string or {\"objectURI\": key}"));
-            auto target = resolve(Place{place.key, place.member, ".objectURI"},
-                                  ref.value(QLatin1String("objectURI")).toString());
-            if (!target)
-                return target.error();
-            planned.uriTexts.push_back({index, *target});
-            return QVariant();
-        }
-        if (!value.isString())
-            return wrongType(place.path(), QStringLiteral("a string"), value);
-        return QVariant(value.toString());
-    case AttributeType::Integer: {
-        const QVariant number = value.toVariant();
-        if (!value.isDouble() || number.typeId() == QMetaType::Double)
-            return wrongType(place.path(), QStringLiteral("an integer"), value);
-        return QVariant(number.toLongLong());
-    }
+        return readText(place, index, value, planned);
+    case AttributeType::Integer:
+        // Integers beyond 64 bits, and numbers with a fraction or an exponent, are no integers.
+        if (!value.IsInt64())
+            return wrongType(place.path(), QStringLiteral("an integer"), &value);
+        return QVariant(qint64(value.GetInt64()));
     case AttributeType::Boolean:
-        if (!value.isBool())
-            return wrongType(place.path(), QStringLiteral("true, false or null"), value);
-        return QVariant(value.toBool());
+        if (!value.IsBool())
+            return wrongType(place.path(), QStringLiteral("true, false or null"), &value);
+        return QVariant(value.GetBool());
     case AttributeType::Decimal: {
-        if (!value.isString())
-            return wrongType(place.path(), QStringLiteral("a decimal number as a string"), value);
-        const auto decimal = JsonText::parseDecimal(value.toString());
+        if (!value.IsString())
+            return wrongType(place.path(), QStringLiteral("a decimal number as a string"), &value);
+        const auto decimal = JsonText::parseDecimal(textOf(value));
         if (!decimal)
-            return fault(place.path(),
-                         QStringLiteral("\"%1\" is not a decimal number").arg(value.toString()));
+            return fault(
+                place.path(),
+                QStringLiteral("\"%1\" is not a decimal number").arg(toQString(textOf(value))));
         return decimal->toVariant();
     }
     case AttributeType::Date: {
-        const auto date = value.isString() ? JsonText::parseDate(value.toString()) : std::nullopt;
+        const auto date = value.IsString() ? JsonText::parseDate(textOf(value)) : std::nullopt;
         if (!date)
             return fault(place.path(),
                          QStringLiteral("expected an ISO 8601 date and time with an offset"));
         return QVariant(*date);
     }
     case AttributeType::Binary: {
-        if (!value.isString())
-            return wrongType(place.path(), QStringLiteral("base64 text"), value);
+        if (!value.IsString())
+            return wrongType(place.path(), QStringLiteral("base64 text"), &value);
         const auto decoded = QByteArray::fromBase64Encoding(
-            value.toString().toLatin1(), QByteArray::AbortOnBase64DecodingErrors);
+            QByteArray::fromRawData(value.GetString(), qsizetype(value.GetStringLength())),
+            QByteArray::AbortOnBase64DecodingErrors);
         if (!decoded)
             return fault(place.path(), QStringLiteral("not valid base64"));
         return QVariant(*decoded);
     }
     case AttributeType::Float:
-        if (value.isDouble())
-            return QVariant(value.toDouble());
-        if (const auto special = JsonText::parseSpecialDouble(value.toString());
-            value.isString() && special)
+        if (value.IsNumber())
+            return QVariant(value.GetDouble());
+        if (const auto special =
+                value.IsString() ? JsonText::parseSpecialDouble(textOf(value)) : std::nullopt)
             return QVariant(*special);
-        return wrongType(place.path(), QStringLiteral("a number"), value);
+        return wrongType(place.path(), QStringLiteral("a number"), &value);
     }
     return QVariant();
 }

@@ -3,10 +3,6 @@
 #include "store/objectstore/Result.h"
 
 #include <QByteArray>
-#include <QHash>
-#include <QJsonObject>
-#include <QJsonValue>
-#include <QList>
 #include <QString>
 #include <QVariant>
 
@@ -19,12 +15,14 @@ struct AttributeDescription;
 
 // Reads the JSON form that JsonDocumentExporter writes and builds the document it describes.
 // read() checks everything first (entities, keys, types, numbers, references) and names the
-// JSON path of the first fault; build() only runs on a text that passed. Objects keep their
+// JSON path of the first fault (a key given twice is one); build() only runs on a text that
+// passed. Objects keep their
 // keys as primary keys, and every value is set after the entities' own insert and change
 // rules have run, so the built document holds exactly the values of the text.
 class JsonDocumentImporter {
 public:
-    Result<void> read(const QByteArray &json);
+    // Parses the text in its own buffer: pass it as an rvalue to spare a copy.
+    Result<void> read(QByteArray json);
     // Builds into an empty context of a new store, with undo off.
     Result<void> build(ManagedObjectContext &context);
 
@@ -48,19 +46,8 @@ private:
         ManagedObject *object = nullptr;
     };
 
-    Result<void> readHeader(const QJsonObject &root);
-    Result<void> readKeys(const QJsonObject &objects);
-    Result<void> readObject(Planned &planned, const QString &key, const QJsonValue &value);
-    // Where a value stands in the text; the path is only spelled out for a fault.
-    struct Place {
-        const QString &key;
-        const QString &member;
-        const char *suffix = "";
-        QString path() const;
-    };
-    Result<QVariant> readAttribute(const Place &place, int index, const QJsonValue &value,
-                                   Planned &planned);
-    Result<qsizetype> resolve(const Place &place, const QString &key) const;
+    // Walks the parsed text and fills m_objects; lives only while read() runs.
+    class Reader;
     Result<void> insertObjects(ManagedObjectContext &context);
     void setLinks(bool &changed);
     void setAttributes();
@@ -68,5 +55,4 @@ private:
     QString keyOf(const Planned &planned) const;
 
     std::vector<Planned> m_objects;
-    QHash<QString, qsizetype> m_byKey;
 };

@@ -1,6 +1,7 @@
 #include "importsync/json/JsonText.h"
 
 #include <cstdio>
+#include <cstring>
 
 #include <algorithm>
 #include <charconv>
@@ -66,19 +67,23 @@ namespace {
 constexpr qint64 kMsPerDay = 86'400'000;
 
 // Two to four decimal digits at `at`; -1 where one is not a digit.
-int digits(const QString &text, qsizetype at, int count) {
+int digits(std::string_view text, std::size_t at, int count) {
     int value = 0;
     for (int i = 0; i < count; ++i) {
-        const char16_t c = text[at + i].unicode();
-        if (c < u'0' || c > u'9')
+        const char c = text[at + i];
+        if (c < '0' || c > '9')
             return -1;
-        value = value * 10 + (c - u'0');
+        value = value * 10 + (c - '0');
     }
     return value;
 }
 
-bool at(const QString &text, qsizetype index, char16_t expected) {
-    return index < text.size() && text[index].unicode() == expected;
+bool at(std::string_view text, std::size_t index, char expected) {
+    return index < text.size() && text[index] == expected;
+}
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
 }
 
 } // namespace
@@ -105,10 +110,10 @@ QString JsonText::dateText(const QDateTime &date) {
     return QString::fromLatin1(text, length);
 }
 
-std::optional<QDateTime> JsonText::parseDate(const QString &text) {
+std::optional<QDateTime> JsonText::parseDate(std::string_view text) {
     // yyyy-MM-ddTHH:mm:ss[.f{1,3}](Z|±HH:mm)
-    if (text.size() < 20 || !at(text, 4, u'-') || !at(text, 7, u'-') || !at(text, 10, u'T') ||
-        !at(text, 13, u':') || !at(text, 16, u':'))
+    if (text.size() < 20 || !at(text, 4, '-') || !at(text, 7, '-') || !at(text, 10, 'T') ||
+        !at(text, 13, ':') || !at(text, 16, ':'))
         return std::nullopt;
     const int year = digits(text, 0, 4), month = digits(text, 5, 2),
               dayOfMonth = digits(text, 8, 2);
@@ -118,26 +123,26 @@ std::optional<QDateTime> JsonText::parseDate(const QString &text) {
     if (year < 0 || !day.isValid() || hour < 0 || hour > 23 || minute < 0 || minute > 59 ||
         second < 0 || second > 59)
         return std::nullopt;
-    qsizetype index = 19;
+    std::size_t index = 19;
     int ms = 0;
-    if (at(text, index, u'.')) {
+    if (at(text, index, '.')) {
         int scale = 100;
-        for (++index; index < text.size() && text[index].isDigit() && scale > 0; ++index) {
-            ms += (text[index].unicode() - u'0') * scale;
+        for (++index; index < text.size() && isDigit(text[index]) && scale > 0; ++index) {
+            ms += (text[index] - '0') * scale;
             scale /= 10;
         }
         if (scale == 100)
             return std::nullopt;
     }
     int offsetMinutes = 0;
-    if (at(text, index, u'Z') && index + 1 == text.size()) {
+    if (at(text, index, 'Z') && index + 1 == text.size()) {
         offsetMinutes = 0;
-    } else if ((at(text, index, u'+') || at(text, index, u'-')) && index + 6 == text.size() &&
-               at(text, index + 3, u':')) {
+    } else if ((at(text, index, '+') || at(text, index, '-')) && index + 6 == text.size() &&
+               at(text, index + 3, ':')) {
         const int hours = digits(text, index + 1, 2), minutes = digits(text, index + 4, 2);
         if (hours < 0 || hours > 23 || minutes < 0 || minutes > 59)
             return std::nullopt;
-        offsetMinutes = (hours * 60 + minutes) * (at(text, index, u'-') ? -1 : 1);
+        offsetMinutes = (hours * 60 + minutes) * (at(text, index, '-') ? -1 : 1);
     } else {
         return std::nullopt;
     }
@@ -156,21 +161,78 @@ QByteArray JsonText::doubleLiteral(double value) {
     return QByteArray(buffer, int(result.ptr - buffer));
 }
 
-std::optional<double> JsonText::parseSpecialDouble(const QString &text) {
-    if (text == QLatin1String("NaN"))
+std::optional<double> JsonText::parseSpecialDouble(std::string_view text) {
+    if (text == "NaN")
         return std::numeric_limits<double>::quiet_NaN();
-    if (text == QLatin1String("Infinity"))
+    if (text == "Infinity")
         return std::numeric_limits<double>::infinity();
-    if (text == QLatin1String("-Infinity"))
+    if (text == "-Infinity")
         return -std::numeric_limits<double>::infinity();
     return std::nullopt;
 }
 
-std::optional<Decimal> JsonText::parseDecimal(const QString &text) {
-    if (text == QLatin1String("NaN"))
+std::optional<Decimal> JsonText::parseDecimal(std::string_view text) {
+    if (text == "NaN")
         return Decimal::notANumber();
-    const Decimal value = Decimal::fromString(text);
+    // Decimal texts are short and ASCII: widened on the stack instead of through a QString.
+    char16_t wide[96];
+    const bool ascii = text.size() <= std::size(wide) &&
+                       std::all_of(text.begin(), text.end(), [](char c) { return c > 0; });
+    const Decimal value =
+        ascii ? Decimal::fromString(QStringView(wide, std::copy(text.begin(), text.end(), wide)))
+              : Decimal::fromString(QString::fromUtf8(text.data(), qsizetype(text.size())));
     if (value.isNaN())
         return std::nullopt;
     return value;
+}
+
+namespace {
+
+// The length of the UTF-8 sequence at `at`, 0 when it is malformed: no overlong forms, no
+// surrogates, nothing above U+10FFFF.
+int sequenceLength(const unsigned char *at, const unsigned char *end) {
+    const unsigned char lead = at[0];
+    int length = 0;
+    unsigned char low = 0x80, high = 0xBF;
+    if (lead >= 0xC2 && lead <= 0xDF) {
+        length = 2;
+    } else if (lead >= 0xE0 && lead <= 0xEF) {
+        length = 3;
+        low = lead == 0xE0 ? 0xA0 : 0x80;
+        high = lead == 0xED ? 0x9F : 0xBF;
+    } else if (lead >= 0xF0 && lead <= 0xF4) {
+        length = 4;
+        low = lead == 0xF0 ? 0x90 : 0x80;
+        high = lead == 0xF4 ? 0x8F : 0xBF;
+    } else {
+        return 0;
+    }
+    if (end - at < length || at[1] < low || at[1] > high)
+        return 0;
+    for (int i = 2; i < length; ++i)
+        if (at[i] < 0x80 || at[i] > 0xBF)
+            return 0;
+    return length;
+}
+
+} // namespace
+
+qsizetype JsonText::invalidUtf8At(QByteArrayView text) {
+    const auto *begin = reinterpret_cast<const unsigned char *>(text.data());
+    const unsigned char *end = begin + text.size();
+    const unsigned char *at = begin;
+    while (at < end) {
+        // Most of a file is ASCII: eight bytes are passed over at once.
+        quint64 word;
+        if (end - at >= 8 && (std::memcpy(&word, at, 8), (word & 0x8080808080808080ull) == 0)) {
+            at += 8;
+        } else if (*at < 0x80) {
+            ++at;
+        } else if (const int length = sequenceLength(at, end)) {
+            at += length;
+        } else {
+            return at - begin;
+        }
+    }
+    return -1;
 }

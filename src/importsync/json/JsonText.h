@@ -3,10 +3,12 @@
 #include "billing/money/Decimal.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QDateTime>
 #include <QString>
 
 #include <optional>
+#include <string_view>
 
 // The exact text forms of values in the JSON files and listings: one writer, one reader per
 // kind, so that what is written reads back to the same value and is written the same again.
@@ -18,16 +20,20 @@ public:
 
     // "2024-05-01T09:30:00.250Z": UTC, milliseconds always written.
     static QString dateText(const QDateTime &date);
-    // ISO 8601 with milliseconds optional and an offset ("Z" or "+02:00") required.
-    static std::optional<QDateTime> parseDate(const QString &text);
+    // ISO 8601 with milliseconds optional and an offset ("Z" or "+02:00") required. The
+    // readers take the UTF-8 text as it stands in the file.
+    static std::optional<QDateTime> parseDate(std::string_view text);
 
     // The shortest text that reads back to the same double; "NaN", "Infinity", "-Infinity"
     // (as JSON strings) for values JSON numbers cannot hold.
     static QByteArray doubleLiteral(double value);
-    static std::optional<double> parseSpecialDouble(const QString &text);
+    static std::optional<double> parseSpecialDouble(std::string_view text);
 
     // Canonical decimal text, or nothing when the text is not a decimal ("NaN" is one).
-    static std::optional<Decimal> parseDecimal(const QString &text);
+    static std::optional<Decimal> parseDecimal(std::string_view text);
+
+    // Where the first byte stands that is not part of well-formed UTF-8; -1 when all are.
+    static qsizetype invalidUtf8At(QByteArrayView text);
 
 private:
     JsonText() = delete;
