@@ -31,19 +31,33 @@ int CliExportCommand::run(const QStringList &arguments, QTextStream &out, QTextS
     if (!opened)
         return fail(err, path, opened.error().message, CliExit::FileUnusable);
     JsonDocumentExporter exporter((*opened)->context());
-    auto json = exporter.exportDocument();
-    if (!json)
-        return fail(err, path, json.error().message, CliExit::FileUnusable);
     if (output.isEmpty() || output == QLatin1String("-")) {
         out.flush();
-        if (out.device())
-            out.device()->write(*json); // the bytes as they are, without a text round trip
-        else
+        if (!out.device()) { // a stream on a string
+            auto json = exporter.exportDocument();
+            if (!json)
+                return fail(err, path, json.error().message, CliExit::FileUnusable);
             out << QString::fromUtf8(*json);
+            return CliExit::Ok;
+        }
+        // The bytes as they are, without a text round trip.
+        if (auto written = exporter.exportDocument(*out.device()); !written) {
+            const bool unwritable = written.error().code == int(ErrorCode::WriteFailed);
+            return fail(err, unwritable ? QStringLiteral("standard output") : path,
+                        written.error().message, CliExit::FileUnusable);
+        }
         return CliExit::Ok;
     }
     QSaveFile file(output);
-    if (!file.open(QIODevice::WriteOnly) || file.write(*json) != json->size() || !file.commit())
+    if (!file.open(QIODevice::WriteOnly))
+        return fail(err, output, file.errorString(), CliExit::FileUnusable);
+    if (auto written = exporter.exportDocument(file); !written) {
+        file.cancelWriting();
+        const bool unwritable = written.error().code == int(ErrorCode::WriteFailed);
+        return fail(err, unwritable ? output : path, written.error().message,
+                    CliExit::FileUnusable);
+    }
+    if (!file.commit())
         return fail(err, output, file.errorString(), CliExit::FileUnusable);
     return CliExit::Ok;
 }

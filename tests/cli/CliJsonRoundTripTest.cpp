@@ -1,15 +1,41 @@
 #include "CliTestSupport.h"
 
 #include "cli/CliDocument.h"
+#include "importsync/json/JsonDocumentExporter.h"
 #include "store/entities/TAKeys.h"
 #include "store/entities/TAPreferences.h"
 #include "store/entities/TAProject.h"
 #include "store/objectstore/EntityDescription.h"
 #include "store/objectstore/ManagedObjectModel.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
 
 namespace {
+
+// Takes `room` bytes, then refuses: a full disk in the middle of a large export.
+class FillingDevice : public QIODevice {
+public:
+    explicit FillingDevice(qint64 room)
+        : m_room(room) {
+        open(QIODevice::WriteOnly);
+    }
+    QByteArray taken;
+
+protected:
+    qint64 readData(char *, qint64) override { return -1; }
+    qint64 writeData(const char *data, qint64 size) override {
+        if (taken.size() + size > m_room) {
+            setErrorString(QStringLiteral("No space left on device"));
+            return -1;
+        }
+        taken.append(data, size);
+        return size;
+    }
+
+private:
+    qint64 m_room;
+};
 
 // A value of the attribute's type that exercises its text form: unicode and quotes in text,
 // every byte in binaries, 38 digits in decimals, milliseconds in dates.
@@ -133,4 +159,26 @@ TEST_F(CliJsonRoundTripTest, SampleDocumentRoundTripsAndExportIsStable) {
         EXPECT_EQ(original.status, 0);
         EXPECT_EQ(original.out, cli(QStringList(list) << path("t.tadb")).out) << kind;
     }
+}
+
+TEST_F(CliJsonRoundTripTest, AnExportThatCannotBeWrittenSaysSoAndLeavesNoFile) {
+    ASSERT_EQ(cli({"new", path("s.tadb"), "--sample"}).status, 0);
+    auto document = CliDocument::open(path("s.tadb"), true);
+    ASSERT_TRUE(document.ok());
+    JsonDocumentExporter exporter((*document)->context());
+    auto whole = exporter.exportDocument();
+    ASSERT_TRUE(whole.ok());
+    FillingDevice roomy(whole->size());
+    ASSERT_TRUE(exporter.exportDocument(roomy).ok());
+    EXPECT_EQ(roomy.taken, *whole) << "written to a device, the text is the same";
+    FillingDevice full(whole->size() - 1);
+    const auto refused = exporter.exportDocument(full);
+    ASSERT_FALSE(refused.ok());
+    EXPECT_EQ(refused.error().code, int(ErrorCode::WriteFailed));
+    EXPECT_EQ(refused.error().message, QStringLiteral("No space left on device"));
+
+    const CliRun run = cli({"export-json", path("s.tadb"), "-o", path("missing/a.json")});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_TRUE(run.err.contains(path("missing/a.json"))) << run.err.toStdString();
+    EXPECT_FALSE(QFileInfo::exists(path("missing/a.json")));
 }

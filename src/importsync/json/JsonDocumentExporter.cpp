@@ -6,6 +6,8 @@
 #include "store/objectstore/ManagedObjectModel.h"
 #include "store/objectstore/PersistentStore.h"
 
+#include <QBuffer>
+
 #include <algorithm>
 
 QList<JsonDocumentExporter::Property>
@@ -65,12 +67,28 @@ Result<void> JsonDocumentExporter::collect() {
 }
 
 Result<QByteArray> JsonDocumentExporter::exportDocument() {
+    QByteArray text;
+    QBuffer buffer(&text);
+    buffer.open(QIODevice::WriteOnly);
+    if (auto written = exportDocument(buffer); !written)
+        return written.error();
+    return text;
+}
+
+Result<void> JsonDocumentExporter::exportDocument(QIODevice &device) {
     m_objects.clear();
     m_numbers.clear();
     if (auto collected = collect(); !collected)
         return collected.error();
+    constexpr qsizetype kChunk = 1 << 20;
     QByteArray out;
-    out.reserve(1 << 20);
+    out.reserve(kChunk + (kChunk >> 2));
+    const auto flush = [&]() -> Result<void> {
+        if (device.write(out) != out.size())
+            return Error{ErrorCode::WriteFailed, device.errorString()};
+        out.resize(0); // keeps the buffer
+        return {};
+    };
     out.append("{\n  \"format\": ");
     JsonText::appendString(out, kFormat);
     out.append(",\n  \"formatVersion\": ").append(QByteArray::number(kFormatVersion));
@@ -79,18 +97,26 @@ Result<QByteArray> JsonDocumentExporter::exportDocument() {
     out.append(",\n  \"objects\": {");
     bool first = true;
     for (const EntityObjects &group : std::as_const(m_objects)) {
-        for (const ManagedObject *object : group.objects) {
+        const qsizetype count = group.objects.size();
+        for (qsizetype i = 0; i < count; ++i) {
+            // Links lead all over memory: their targets are asked for a few objects ahead.
+            if (i + 4 < count)
+                group.objects[i + 4]->prefetchLinkTargets();
+            const ManagedObject *object = group.objects[i];
             out.append(first ? "\n    " : ",\n    ");
             first = false;
             appendKey(out, object);
             out.append(": ");
             writeObject(out, object, group.properties);
+            if (out.size() >= kChunk)
+                if (auto flushed = flush(); !flushed)
+                    return flushed;
         }
     }
     out.append(first ? "}\n}\n" : "\n  }\n}\n");
     if (const auto &error = m_context.lastLoadError())
         return *error;
-    return out;
+    return flush();
 }
 
 void JsonDocumentExporter::writeObject(QByteArray &out, const ManagedObject *object,
@@ -99,7 +125,8 @@ void JsonDocumentExporter::writeObject(QByteArray &out, const ManagedObject *obj
     bool first = true;
     for (const Property &property : properties) {
         // The prefix starts with the comma that all but the first member need.
-        out.append(QByteArrayView(property.prefix).sliced(first ? 1 : 0));
+        const qsizetype skip = first ? 1 : 0;
+        out.append(property.prefix.constData() + skip, property.prefix.size() - skip);
         first = false;
         if (property.attribute) {
             writeAttribute(out, object, *property.attribute);

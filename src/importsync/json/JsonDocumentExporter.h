@@ -9,6 +9,7 @@
 #include <QString>
 
 class ManagedObject;
+class QIODevice;
 class ManagedObjectContext;
 struct AttributeDescription;
 class EntityDescription;
@@ -26,6 +27,8 @@ public:
     explicit JsonDocumentExporter(ManagedObjectContext &context);
 
     Result<QByteArray> exportDocument();
+    // Writes as it goes, a megabyte at a time: a decade of documents is a large text.
+    Result<void> exportDocument(QIODevice &device);
 
     static QString keyOf(const ManagedObject *object);
     static void appendKey(QByteArray &out, const ManagedObject *object);
