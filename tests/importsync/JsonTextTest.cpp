@@ -1,8 +1,11 @@
 #include "importsync/json/JsonText.h"
 
+#include <QDate>
 #include <QDateTime>
 
 #include <gtest/gtest.h>
+
+#include <utility>
 
 TEST(JsonTextTest, DatesRoundTripExactlyAndOffsetsBecomeUtc) {
     for (const char *text :
@@ -31,6 +34,25 @@ TEST(JsonTextTest, DatesRoundTripExactlyAndOffsetsBecomeUtc) {
           "2026-01-01T00:00:00.1234Z", "2026-01-01T00:00:00.Z", "2026-01-01T00:00:00Zjunk",
           "2026-01-01T00:00:00+0200", "2026-1-01T00:00:00Z", "２026-01-01T00:00:00Z",
           "2026-01-01T00:00:00+24:00"})
+        EXPECT_FALSE(JsonText::parseDate(bad)) << bad;
+}
+
+TEST(JsonTextTest, EveryDayIsCountedAsTheCalendarCountsIt) {
+    // Leap rules of centuries, the first years and the last ones.
+    for (const auto &[from, to] : {std::pair{QDate(1, 1, 1), QDate(5, 3, 1)},
+                                   std::pair{QDate(1599, 12, 1), QDate(1601, 3, 1)},
+                                   std::pair{QDate(1699, 12, 1), QDate(1701, 3, 1)},
+                                   std::pair{QDate(1899, 12, 1), QDate(2101, 3, 1)},
+                                   std::pair{QDate(9998, 1, 1), QDate(9999, 12, 31)}}) {
+        for (QDate day = from; day <= to; day = day.addDays(1)) {
+            const QByteArray text = day.toString(Qt::ISODate).toLatin1() + "T00:00:00Z";
+            const auto parsed = JsonText::parseDate(text.toStdString());
+            ASSERT_TRUE(parsed) << text.constData();
+            ASSERT_EQ(parsed->date(), day) << text.constData();
+        }
+    }
+    for (const char *bad : {"0000-01-01T00:00:00Z", "1900-02-29T00:00:00Z", "2100-02-29T00:00:00Z",
+                            "2023-04-31T00:00:00Z", "2023-00-10T00:00:00Z", "2023-01-00T00:00:00Z"})
         EXPECT_FALSE(JsonText::parseDate(bad)) << bad;
 }
 

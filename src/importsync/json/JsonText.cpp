@@ -86,11 +86,27 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
+// Days from 1970-01-01 to a valid day of the proleptic Gregorian calendar from year 1, as
+// QDate counts them, by the era arithmetic of 400-year cycles; nothing for an invalid day.
+std::optional<qint64> daysSinceEpoch(int year, int month, int day) {
+    static constexpr int length[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    const bool leap = year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+    if (year < 1 || month < 1 || month > 12 || day < 1 ||
+        day > length[month - 1] + (month == 2 && leap))
+        return std::nullopt;
+    const int y = year - (month <= 2);
+    const int era = y / 400;
+    const int yearOfEra = y - era * 400;
+    const int dayOfYear = (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5 + day - 1;
+    const int dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
+    return qint64(era) * 146097 + dayOfEra - 719468;
+}
+
 } // namespace
 
 // Dates are written and read by the hundred thousand in a large document; Qt's general
 // format and parse routines cost more than the rest of an object together, so the one
-// fixed form is done directly. The calendar arithmetic stays with QDate.
+// fixed form is done directly; only writing leaves the calendar to QDate.
 QString JsonText::dateText(const QDateTime &date) {
     const qint64 ms = date.toMSecsSinceEpoch();
     qint64 days = ms / kMsPerDay;
@@ -119,9 +135,8 @@ std::optional<QDateTime> JsonText::parseDate(std::string_view text) {
               dayOfMonth = digits(text, 8, 2);
     const int hour = digits(text, 11, 2), minute = digits(text, 14, 2),
               second = digits(text, 17, 2);
-    const QDate day(year, month, dayOfMonth);
-    if (year < 0 || !day.isValid() || hour < 0 || hour > 23 || minute < 0 || minute > 59 ||
-        second < 0 || second > 59)
+    const auto days = daysSinceEpoch(year, month, dayOfMonth);
+    if (!days || hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 || second > 59)
         return std::nullopt;
     std::size_t index = 19;
     int ms = 0;
@@ -146,7 +161,7 @@ std::optional<QDateTime> JsonText::parseDate(std::string_view text) {
     } else {
         return std::nullopt;
     }
-    const qint64 ms0 = QDate(1970, 1, 1).daysTo(day) * kMsPerDay +
+    const qint64 ms0 = *days * kMsPerDay +
                        ((hour * 60 + minute - offsetMinutes) * 60 + second) * qint64(1000) + ms;
     return QDateTime::fromMSecsSinceEpoch(ms0, Qt::UTC);
 }
