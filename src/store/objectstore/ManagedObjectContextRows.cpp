@@ -11,6 +11,9 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
+#include <vector>
+
 namespace {
 
 QString quoted(const QString &identifier) {
@@ -180,6 +183,14 @@ void ManagedObjectContext::loadRows(const EntityDescription *entity, const QStri
     const auto &attributes = entity->attributes();
     const auto &relationships = entity->relationships();
     QList<ManagedObject *> loaded;
+    // Rows rarely come in the order of the objects they link to: the other sides' sets are
+    // filled after the loop, set by set, instead of jumping between them row by row.
+    struct Member {
+        ManagedObject *owner;
+        int slot;
+        ManagedObject *member;
+    };
+    std::vector<Member> members;
     int rc;
     while ((rc = stmt->step()) == SQLITE_ROW) {
         sqlite3_stmt *row = stmt->handle();
@@ -207,12 +218,24 @@ void ManagedObjectContext::loadRows(const EntityDescription *entity, const QStri
                 other->m_state = ManagedObject::State::Missing;
             object->m_toOne[slot] = other;
             if (r.inverse && r.inverse->toMany)
-                other->m_toMany[r.inverseSlot].appendNew(object); // a fault is in no set yet
+                members.push_back({other, r.inverseSlot, object});
         }
         object->m_state = ManagedObject::State::Loaded;
         object->m_hasRow = true;
         addMember(object);
         loaded.append(object);
+    }
+    std::stable_sort(members.begin(), members.end(), [](const Member &a, const Member &b) {
+        return a.owner != b.owner ? a.owner < b.owner : a.slot < b.slot;
+    });
+    for (auto run = members.begin(); run != members.end();) {
+        auto end = run;
+        while (end != members.end() && end->owner == run->owner && end->slot == run->slot)
+            ++end;
+        ObjectSet &set = run->owner->m_toMany[run->slot];
+        set.reserve(set.size() + (end - run));
+        for (; run != end; ++run)
+            set.appendNew(run->member); // a fault is in no set yet
     }
     stmt->reset();
     if (rc != SQLITE_DONE)

@@ -16,6 +16,7 @@ public:
     // Adds an object known not to be a member (a row being loaded), skipping the search.
     void appendNew(ManagedObject *object);
     void clear();
+    void reserve(qsizetype size) { m_items.reserve(size); }
     qsizetype size() const { return m_items.size(); }
     bool isEmpty() const { return m_items.isEmpty(); }
     const QList<ManagedObject *> &values() const { return m_items; }
