@@ -705,7 +705,8 @@ bool Decimal::operator==(const Decimal &other) const {
 }
 
 Decimal Decimal::fromVariant(const QVariant &value) {
-    const QMetaType type = value.metaType();
+    // The type read inline: QVariant::metaType() is a library call, and amounts are many.
+    const QMetaType type = value.data_ptr().type();
     if (type == QMetaType::fromType<Decimal>())
         return value.value<Decimal>();
     switch (type.id()) {

@@ -1,5 +1,7 @@
 #include "store/objectstore/ComparisonPredicate.h"
 
+#include "store/objectstore/ObjectGraph.h"
+
 #include <string_view>
 
 using namespace PredicateValue;
@@ -8,7 +10,7 @@ namespace {
 
 // The text a variant holds without copying it, or nullptr when it holds no (non-null) text.
 const QString *textOf(const QVariant &value) {
-    if (value.typeId() != QMetaType::QString)
+    if (ObjectGraph::typeOf(value) != QMetaType::fromType<QString>())
         return nullptr;
     const QString *text = static_cast<const QString *>(value.constData());
     return text->isNull() ? nullptr : text;
@@ -182,7 +184,11 @@ bool ComparisonPredicate::testContains(const QVariant &left, const QVariant &rig
 
 // The text operators on two strings; the right one is already folded when prepared.
 bool ComparisonPredicate::testText(const QString &left, const QString &right, bool prepared) const {
-    const QString rightFolded = prepared ? m_rightFolded : folded(right);
+    // The prepared text is only read: no copy, whose reference count costs in a long scan.
+    QString foldedNow;
+    if (!prepared)
+        foldedNow = folded(right);
+    const QString &rightFolded = prepared ? m_rightFolded : foldedNow;
     const QStringView leftFolded = foldedLeft(left);
     switch (m_op) {
     case Operator::Equal:

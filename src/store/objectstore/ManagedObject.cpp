@@ -117,7 +117,7 @@ QString ManagedObject::stringForKey(const QString &key) const {
 
 qint64 ManagedObject::integerForKey(const QString &key) const {
     if (const QVariant *stored = storedValueForKey(key);
-        stored && stored->metaType() == QMetaType::fromType<qint64>())
+        stored && ObjectGraph::typeOf(*stored) == QMetaType::fromType<qint64>())
         return *static_cast<const qint64 *>(stored->constData());
     const QVariant v = valueForKey(key);
     if (v.metaType() == QMetaType::fromType<Decimal>())
@@ -132,7 +132,7 @@ bool ManagedObject::boolForKey(const QString &key) const {
 Decimal ManagedObject::decimalForKey(const QString &key) const {
     // Totals read many amounts: take a stored decimal in place rather than copy the variant.
     if (const QVariant *stored = storedValueForKey(key))
-        return stored->metaType() == QMetaType::fromType<Decimal>()
+        return ObjectGraph::typeOf(*stored) == QMetaType::fromType<Decimal>()
                    ? *static_cast<const Decimal *>(stored->constData())
                    : Decimal::fromVariant(*stored);
     return Decimal::fromVariant(valueForKey(key));
@@ -156,8 +156,16 @@ double ManagedObject::doubleForKey(const QString &key) const {
 bool ManagedObject::isNullForKey(const QString &key) const {
     // A stored attribute is looked at in place: copying a variant that holds a decimal costs
     // more than the test.
-    if (const QVariant *stored = storedValueForKey(key))
-        return !stored->isValid() || stored->isNull();
+    if (const QVariant *stored = storedValueForKey(key)) {
+        // The stored types are never pointers, so a typed value is not null; the library's
+        // own test is a call that asks the type first.
+        const QMetaType type = ObjectGraph::typeOf(*stored);
+        if (stored->data_ptr().is_null || !type.isValid())
+            return true;
+        if (type == QMetaType::fromType<Decimal>() || type == QMetaType::fromType<QString>())
+            return false;
+        return stored->isNull();
+    }
     const QVariant v = valueForKey(key);
     return !v.isValid() || v.isNull();
 }

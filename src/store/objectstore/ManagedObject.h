@@ -3,6 +3,7 @@
 #include "billing/money/Decimal.h"
 #include "store/objectstore/EntityDescription.h"
 #include "store/objectstore/KeyValueCoding.h"
+#include "store/objectstore/ObjectGraph.h"
 #include "store/objectstore/ObjectID.h"
 #include "store/objectstore/ObjectSet.h"
 
@@ -149,3 +150,9 @@ private:
 
 Q_DECLARE_METATYPE(ManagedObject *)
 Q_DECLARE_METATYPE(QList<ManagedObject *>)
+
+ManagedObject *ObjectGraph::visible(ManagedObject *object) {
+    if (!object || object->m_deleted || object->m_state == ManagedObject::State::Missing)
+        return nullptr;
+    return object;
+}

@@ -39,19 +39,13 @@ QVariant ObjectGraph::normalize(const QVariant &value, AttributeType type) {
     return {};
 }
 
-ManagedObject *ObjectGraph::visible(ManagedObject *object) {
-    if (!object || object->isDeleted() || object->m_state == ManagedObject::State::Missing)
-        return nullptr;
-    return object;
-}
-
 bool ObjectGraph::sameValue(const QVariant &a, const QVariant &b) {
     if (a.isValid() != b.isValid())
         return false;
     if (!a.isValid())
         return true;
-    const QMetaType type = a.metaType();
-    if (type != b.metaType())
+    const QMetaType type = typeOf(a);
+    if (type != typeOf(b))
         return false;
     // The common stored types compared directly: the generic path dispatches through the
     // meta type and costs more than the rest of a change.

@@ -1,6 +1,7 @@
 #include "store/objectstore/PredicateValue.h"
 
 #include "store/objectstore/KeyValueCoding.h"
+#include "store/objectstore/ObjectGraph.h"
 
 #include <QByteArray>
 #include <QDate>
@@ -191,9 +192,11 @@ std::optional<int> compare(const QVariant &a, const QVariant &b, StringOptions o
 }
 
 std::optional<QVariantList> toList(const QVariant &value) {
-    if (value.typeId() == QMetaType::QVariantList)
+    // Asked of every value a CONTAINS reads: the type is taken inline.
+    const QMetaType type = ObjectGraph::typeOf(value);
+    if (type == QMetaType::fromType<QVariantList>())
         return value.toList();
-    if (value.typeId() == QMetaType::QStringList) {
+    if (type == QMetaType::fromType<QStringList>()) {
         QVariantList list;
         for (const QString &text : value.toStringList())
             list.append(text);
