@@ -7,11 +7,14 @@
 #include "store/objectstore/SqliteConnection.h"
 
 #include <QDateTime>
+#include <QScopeGuard>
+#include <QStringEncoder>
 #include <QStringList>
 
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <string>
 #include <vector>
 
 namespace {
@@ -70,28 +73,61 @@ QVariant readColumn(sqlite3_stmt *stmt, int column, AttributeType type) {
     return {};
 }
 
-void bindValue(sqlite3_stmt *stmt, int index, const QVariant &value, AttributeType type) {
+// The texts of one row, kept until the row is written so that SQLite can bind them without a
+// copy of its own. Never grows while a row is bound: a text that does not fit is bound as a copy.
+class RowText {
+public:
+    RowText() { m_bytes.reserve(kCapacity); }
+    void clear() { m_bytes.clear(); }
+    // Room for `size` bytes, or null when the row has used it up.
+    char *take(qsizetype size) {
+        if (m_bytes.size() + size_t(size) > kCapacity)
+            return nullptr;
+        const size_t at = m_bytes.size();
+        m_bytes.resize(at + size_t(size));
+        return m_bytes.data() + at;
+    }
+    void giveBack(qsizetype unused) { m_bytes.resize(m_bytes.size() - size_t(unused)); }
+
+private:
+    static constexpr size_t kCapacity = 1 << 16;
+    std::string m_bytes;
+};
+
+void bindText(sqlite3_stmt *stmt, int index, QStringView text, RowText &row) {
+    if (char *room = row.take(text.size() * 3)) {
+        QStringEncoder encoder(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
+        const char *end = encoder.appendToBuffer(room, text);
+        row.giveBack(text.size() * 3 - (end - room));
+        sqlite3_bind_text(stmt, index, room, int(end - room), SQLITE_STATIC);
+        return;
+    }
+    const QByteArray utf8 = text.toUtf8();
+    sqlite3_bind_text(stmt, index, utf8.constData(), int(utf8.size()), SQLITE_TRANSIENT);
+}
+
+void bindValue(sqlite3_stmt *stmt, int index, const QVariant &value, AttributeType type,
+               RowText &row) {
     if (!value.isValid() || value.isNull()) {
         sqlite3_bind_null(stmt, index);
         return;
     }
     switch (type) {
-    case AttributeType::String: {
-        const QByteArray utf8 = value.toString().toUtf8();
-        sqlite3_bind_text(stmt, index, utf8.constData(), int(utf8.size()), SQLITE_TRANSIENT);
+    case AttributeType::String:
+        if (ObjectGraph::typeOf(value) == QMetaType::fromType<QString>())
+            bindText(stmt, index, *static_cast<const QString *>(value.constData()), row);
+        else
+            bindText(stmt, index, value.toString(), row);
         return;
-    }
     case AttributeType::Integer:
         sqlite3_bind_int64(stmt, index, value.toLongLong());
         return;
     case AttributeType::Boolean:
         sqlite3_bind_int64(stmt, index, value.toBool() ? 1 : 0);
         return;
-    case AttributeType::Decimal: {
-        const QByteArray text = value.value<Decimal>().toString().toLatin1();
-        sqlite3_bind_text(stmt, index, text.constData(), int(text.size()), SQLITE_TRANSIENT);
+    case AttributeType::Decimal:
+        bindText(stmt, index, value.value<Decimal>().toString(), row);
         return;
-    }
     case AttributeType::Date:
         sqlite3_bind_int64(stmt, index, value.toDateTime().toMSecsSinceEpoch());
         return;
@@ -300,6 +336,14 @@ SqliteStatement *rowStatement(SqliteConnection &db, const EntityDescription *ent
 Result<void> ManagedObjectContext::writeChanges(SqliteConnection &db,
                                                 const QList<ManagedObject *> &changed) {
     QHash<const EntityDescription *, RowStatements> statements;
+    RowText rowText;
+    // The statements stay cached: none may keep pointing at the row texts once they are gone.
+    const auto unbind = qScopeGuard([&statements] {
+        for (const RowStatements &cached : std::as_const(statements))
+            for (SqliteStatement *stmt : {cached.insert, cached.update})
+                if (stmt)
+                    sqlite3_clear_bindings(stmt->handle());
+    });
     for (ManagedObject *object : changed) {
         const EntityDescription *entity = object->m_entity;
         RowStatements &cached = statements[entity];
@@ -321,9 +365,10 @@ Result<void> ManagedObjectContext::writeChanges(SqliteConnection &db,
             sqlite3_stmt *s = stmt->handle();
             int index = 1;
             const auto &attributes = entity->attributes();
+            rowText.clear(); // the previous row is written
             for (int i = 0; i < attributes.size(); ++i)
                 if (!attributes[i].transient)
-                    bindValue(s, index++, object->m_values[i], attributes[i].type);
+                    bindValue(s, index++, object->m_values[i], attributes[i].type, rowText);
             for (int slot = 0; slot < entity->toOneCount(); ++slot) {
                 ManagedObject *target = ObjectGraph::visible(object->m_toOne[slot]);
                 if (target && !target->m_id.isTemporaryID()) {

@@ -59,6 +59,9 @@ TEST_F(Fixture, EveryAttributeTypeSurvivesSaveAndReopenWithValuesAndWithNulls) {
         full->setValueForKey(QByteArray("\0\1\2", 3), QStringLiteral("properties"));
         ManagedObject *empty = ctx->insertNewObject(QStringLiteral("Owner"));
         empty->setValueForKey(QVariant(), QStringLiteral("status")); // default 1 cleared
+        // Longer than the room a row's texts get when written: the slower way must be right too.
+        ctx->insertNewObject(QStringLiteral("Owner"))
+            ->setValueForKey(QStringLiteral("é𝄞").repeated(20000), QStringLiteral("name"));
         ASSERT_TRUE(full->objectID().isTemporaryID());
         ASSERT_TRUE(ctx->save().ok());
         EXPECT_FALSE(full->objectID().isTemporaryID());
@@ -78,6 +81,14 @@ TEST_F(Fixture, EveryAttributeTypeSurvivesSaveAndReopenWithValuesAndWithNulls) {
     EXPECT_EQ(full->doubleForKey(QStringLiteral("ratio")), 0.1);
     EXPECT_EQ(full->dataForKey(QStringLiteral("properties")), QByteArray("\0\1\2", 3));
     EXPECT_EQ(full->integerForKey(QStringLiteral("status")), 1);
+
+    auto named = *ctx->executeFetchRequest(FetchRequest(QStringLiteral("Owner")));
+    EXPECT_EQ(std::count_if(named.begin(), named.end(),
+                            [](ManagedObject *o) {
+                                return o->stringForKey(QStringLiteral("name")) ==
+                                       QStringLiteral("é𝄞").repeated(20000);
+                            }),
+              1);
 
     ManagedObject *empty = ctx->objectWithURI(emptyUri);
     ASSERT_NE(empty, nullptr);
