@@ -308,7 +308,11 @@ qsizetype TAInvoice::numberOfItems() const {
 
 std::vector<TAInvoice::TotalsLine> TAInvoice::liveLines() const {
     std::vector<TotalsLine> lines;
-    for (const TAItem *item : items())
+    const QList<TAItem *> members = items();
+    // The items lie all over memory: their values are asked for together, not one by one.
+    for (const TAItem *item : members)
+        item->prefetchValues();
+    for (const TAItem *item : members)
         if (isLive(item)) // an item deleted meanwhile is skipped
             lines.push_back({orZero(item->total()), orZero(item->tax())});
     return lines;
