@@ -429,8 +429,8 @@ ManagedObjectContext::executeFetchRequest(const FetchRequest &request) {
             // A scan is bound by memory latency: fetch the objects and their values ahead.
             if (i + 8 < count)
                 __builtin_prefetch(members[i + 8]);
-            if (i + 4 < count && !members[i + 4]->m_values.empty())
-                __builtin_prefetch(members[i + 4]->m_values.data());
+            if (i + 4 < count)
+                members[i + 4]->prefetchValues();
             ManagedObject *object = members[i];
             if (!request.predicate || request.predicate->evaluate(*object))
                 results.append(object);
