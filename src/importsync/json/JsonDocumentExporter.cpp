@@ -99,9 +99,11 @@ Result<void> JsonDocumentExporter::exportDocument(QIODevice &device) {
     for (const EntityObjects &group : std::as_const(m_objects)) {
         const qsizetype count = group.objects.size();
         for (qsizetype i = 0; i < count; ++i) {
-            // Links lead all over memory: their targets are asked for a few objects ahead.
-            if (i + 4 < count)
+            // Values and links lead all over memory: they are asked for a few objects ahead.
+            if (i + 4 < count) {
+                group.objects[i + 4]->prefetchValues();
                 group.objects[i + 4]->prefetchLinkTargets();
+            }
             const ManagedObject *object = group.objects[i];
             out.append(first ? "\n    " : ",\n    ");
             first = false;

@@ -344,7 +344,14 @@ Result<void> ManagedObjectContext::writeChanges(SqliteConnection &db,
                 if (stmt)
                     sqlite3_clear_bindings(stmt->handle());
     });
-    for (ManagedObject *object : changed) {
+    const qsizetype count = changed.size();
+    for (qsizetype at = 0; at < count; ++at) {
+        // Rows are written in key order, not in the order the objects lie in memory.
+        if (at + 4 < count) {
+            changed[at + 4]->prefetchValues();
+            changed[at + 4]->prefetchLinkTargets();
+        }
+        ManagedObject *object = changed[at];
         const EntityDescription *entity = object->m_entity;
         RowStatements &cached = statements[entity];
         SqliteStatement *stmt = nullptr;
