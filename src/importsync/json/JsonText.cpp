@@ -1,6 +1,5 @@
 #include "importsync/json/JsonText.h"
 
-#include <cstdio>
 #include <cstring>
 
 #include <algorithm>
@@ -86,27 +85,11 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-// Days from 1970-01-01 to a valid day of the proleptic Gregorian calendar from year 1, as
-// QDate counts them, by the era arithmetic of 400-year cycles; nothing for an invalid day.
-std::optional<qint64> daysSinceEpoch(int year, int month, int day) {
-    static constexpr int length[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    const bool leap = year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
-    if (year < 1 || month < 1 || month > 12 || day < 1 ||
-        day > length[month - 1] + (month == 2 && leap))
-        return std::nullopt;
-    const int y = year - (month <= 2);
-    const int era = y / 400;
-    const int yearOfEra = y - era * 400;
-    const int dayOfYear = (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5 + day - 1;
-    const int dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
-    return qint64(era) * 146097 + dayOfEra - 719468;
-}
-
 } // namespace
 
 // Dates are written and read by the hundred thousand in a large document; Qt's general
 // format and parse routines cost more than the rest of an object together, so the one
-// fixed form is done directly; only writing leaves the calendar to QDate.
+// fixed form is done directly. The calendar stays with QDate, asked once per date.
 QString JsonText::dateText(const QDateTime &date) {
     const qint64 ms = date.toMSecsSinceEpoch();
     qint64 days = ms / kMsPerDay;
@@ -115,15 +98,30 @@ QString JsonText::dateText(const QDateTime &date) {
         rest += kMsPerDay;
         --days;
     }
-    const QDate day = QDate(1970, 1, 1).addDays(days);
-    if (!day.isValid() || day.year() < 1 || day.year() > 9999)
+    int year = 0, month = 0, dayOfMonth = 0;
+    QDate(1970, 1, 1).addDays(days).getDate(&year, &month, &dayOfMonth);
+    if (year < 1 || year > 9999)
         return date.toUTC().toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzz")) + u'Z';
-    char text[32];
-    const int length =
-        std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d.%03dZ", day.year(),
-                      day.month(), day.day(), int(rest / 3'600'000), int(rest / 60'000 % 60),
-                      int(rest / 1000 % 60), int(rest % 1000));
-    return QString::fromLatin1(text, length);
+    char16_t text[24];
+    const auto put = [&text](int at, int value, int width) {
+        for (int i = width - 1; i >= 0; --i, value /= 10)
+            text[at + i] = char16_t(u'0' + value % 10);
+    };
+    put(0, year, 4);
+    text[4] = u'-';
+    put(5, month, 2);
+    text[7] = u'-';
+    put(8, dayOfMonth, 2);
+    text[10] = u'T';
+    put(11, int(rest / 3'600'000), 2);
+    text[13] = u':';
+    put(14, int(rest / 60'000 % 60), 2);
+    text[16] = u':';
+    put(17, int(rest / 1000 % 60), 2);
+    text[19] = u'.';
+    put(20, int(rest % 1000), 3);
+    text[23] = u'Z';
+    return QString(reinterpret_cast<const QChar *>(text), 24);
 }
 
 std::optional<QDateTime> JsonText::parseDate(std::string_view text) {
@@ -135,8 +133,9 @@ std::optional<QDateTime> JsonText::parseDate(std::string_view text) {
               dayOfMonth = digits(text, 8, 2);
     const int hour = digits(text, 11, 2), minute = digits(text, 14, 2),
               second = digits(text, 17, 2);
-    const auto days = daysSinceEpoch(year, month, dayOfMonth);
-    if (!days || hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 || second > 59)
+    const QDate day(year, month, dayOfMonth);
+    if (year < 1 || !day.isValid() || hour < 0 || hour > 23 || minute < 0 || minute > 59 ||
+        second < 0 || second > 59)
         return std::nullopt;
     std::size_t index = 19;
     int ms = 0;
@@ -161,7 +160,7 @@ std::optional<QDateTime> JsonText::parseDate(std::string_view text) {
     } else {
         return std::nullopt;
     }
-    const qint64 ms0 = *days * kMsPerDay +
+    const qint64 ms0 = QDate(1970, 1, 1).daysTo(day) * kMsPerDay +
                        ((hour * 60 + minute - offsetMinutes) * 60 + second) * qint64(1000) + ms;
     return QDateTime::fromMSecsSinceEpoch(ms0, Qt::UTC);
 }
