@@ -232,6 +232,17 @@ QVariant ManagedObject::primitiveValueForKey(const QString &key) const {
     return m_values[slot->index];
 }
 
+void ManagedObject::setPrimitiveObjectForKey(ManagedObject *value, const QString &key) {
+    const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
+    if (!slot || slot->kind != PropertySlot::ToOne || (value && value->m_context != m_context))
+        return;
+    ensureLoaded();
+    if (m_context && !m_deleted)
+        m_context->changeToOnePrimitive(this, slot->index, value);
+    else
+        m_toOne[slot->index] = value;
+}
+
 void ManagedObject::setPrimitiveValueForKey(const QVariant &value, const QString &key) {
     const PropertySlot *slot = m_entity ? m_entity->slot(key) : nullptr;
     if (!slot || slot->kind != PropertySlot::Attribute)

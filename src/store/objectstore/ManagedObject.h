@@ -114,6 +114,8 @@ public:
     // not the user's edits, and for the store itself.
     QVariant primitiveValueForKey(const QString &key) const;
     void setPrimitiveValueForKey(const QVariant &value, const QString &key);
+    // A to-one link set the same way; the inverse still follows.
+    void setPrimitiveObjectForKey(ManagedObject *value, const QString &key);
 
     // Hooks.
     virtual void awakeFromInsert() {}

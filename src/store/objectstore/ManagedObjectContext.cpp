@@ -232,6 +232,29 @@ void ManagedObjectContext::linkPrimitive(ManagedObject *object, int slot, Manage
     }
 }
 
+void ManagedObjectContext::changeToOnePrimitive(ManagedObject *object, int slot,
+                                                ManagedObject *target) {
+    ManagedObject *old = object->m_toOne[slot];
+    if (old == target)
+        return;
+    const RelationshipDescription &r =
+        object->m_entity->relationships()[object->m_entity->relationshipForToOneSlot(slot)];
+    if (r.inverse && !r.inverse->toMany) {
+        // One-to-one: the rows of the partners change too, the target's previous one included.
+        if (ManagedObject *previous = target ? target->m_toOne[r.inverseSlot] : nullptr;
+            previous && previous != object) {
+            previous->m_toOne[previous->m_entity->slot(r.name)->index] = nullptr;
+            markChanged(previous);
+        }
+        if (old)
+            markChanged(old);
+        if (target)
+            markChanged(target);
+    }
+    linkPrimitive(object, slot, target);
+    markChanged(object);
+}
+
 void ManagedObjectContext::changeToOne(ManagedObject *object, int slot, ManagedObject *target) {
     ManagedObject *old = object->m_toOne[slot];
     if (old == target)

@@ -109,6 +109,8 @@ private:
     void changeAttribute(ManagedObject *object, int slot, const QVariant &value);
     void changeToOne(ManagedObject *object, int slot, ManagedObject *target);
     void linkPrimitive(ManagedObject *object, int slot, ManagedObject *target);
+    // linkPrimitive with the rows to write marked: no undo and no hooks.
+    void changeToOnePrimitive(ManagedObject *object, int slot, ManagedObject *target);
     void markChanged(ManagedObject *object);
     void listChanged(ManagedObject *object);
     void clearChangedList();

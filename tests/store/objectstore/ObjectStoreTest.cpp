@@ -139,6 +139,35 @@ TEST_F(Fixture, InversesFollowEveryKindOfChangeAndSurviveReopen) {
     EXPECT_EQ(reopened->objectWithURI(aUri)->countForKey(QStringLiteral("things")), 0);
 }
 
+// What an importer uses to put a file's links back: the other side follows and the row is
+// saved, but nothing is left to undo.
+TEST_F(Fixture, PrimitiveLinksKeepInversesAreSavedAndLeaveNothingToUndo) {
+    QString widgetUri;
+    {
+        auto ctx = create(path());
+        auto *a = ctx->insertNewObject(QStringLiteral("Owner"));
+        auto *b = ctx->insertNewObject(QStringLiteral("Owner"));
+        auto *w = ctx->insertNewObject(QStringLiteral("Widget"));
+        w->setObjectForKey(a, QStringLiteral("owner"));
+        ASSERT_TRUE(ctx->save().ok());
+        const int undoSteps = ctx->undoManager()->undoCount();
+        w->setPrimitiveObjectForKey(b, QStringLiteral("owner"));
+        EXPECT_EQ(a->countForKey(QStringLiteral("things")), 0);
+        EXPECT_EQ(b->objectsForKey(QStringLiteral("things")), QList<ManagedObject *>{w});
+        EXPECT_EQ(ctx->undoManager()->undoCount(), undoSteps);
+        EXPECT_TRUE(ctx->hasChanges());
+        ASSERT_TRUE(ctx->save().ok());
+        widgetUri = w->uriText();
+    }
+    auto reopened = open(path());
+    ManagedObject *w = reopened->objectWithURI(widgetUri);
+    ASSERT_NE(w, nullptr);
+    ManagedObject *owner = w->objectForKey(QStringLiteral("owner"));
+    ASSERT_NE(owner, nullptr);
+    EXPECT_EQ(owner->objectsForKey(QStringLiteral("things")), QList<ManagedObject *>{w});
+    EXPECT_EQ(owner->objectID().number(), 2);
+}
+
 TEST_F(Fixture, DeleteRulesCascadeAndNullifyAndUndoBringsEverythingBack) {
     auto ctx = create(path());
     auto *owner = ctx->insertNewObject(QStringLiteral("Owner"));
