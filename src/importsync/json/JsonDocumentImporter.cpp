@@ -444,8 +444,11 @@ Result<void> JsonDocumentImporter::build(ManagedObjectContext &context) {
     const CacheRefreshPause pause(&context);
     if (auto inserted = insertObjects(context); !inserted)
         return inserted;
-    // The entities' change rules may move links of other objects (an invoice handing its
-    // project to its items); setting again until nothing differs puts the file's links back.
+    // Links are set as stored values, past the entities' change rules: those would move links
+    // of other objects (an invoice handing its project to its items) that the file then puts
+    // back. Only a one-to-one link can still take a partner from another object, so the
+    // links are set again until nothing differs, and a file that contradicts itself fails
+    // the check below.
     bool changed = true;
     for (int round = 0; changed && round < 8; ++round)
         setLinks(changed);
@@ -499,7 +502,7 @@ void JsonDocumentImporter::setLinks(bool &changed) {
             const QString &name = relationships[link.relationship].name;
             if (planned.object->objectForKey(name) == target)
                 continue;
-            planned.object->setObjectForKey(target, name);
+            planned.object->setPrimitiveObjectForKey(target, name);
             changed = true;
         }
     }
