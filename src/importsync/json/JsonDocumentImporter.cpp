@@ -32,6 +32,7 @@ using Json = rapidjson::Value;
 // followed without recursion, so no text can exhaust the stack.
 constexpr unsigned kParseFlags = rapidjson::kParseInsituFlag | rapidjson::kParseIterativeFlag |
                                  rapidjson::kParseFullPrecisionFlag;
+constexpr qsizetype kScanPadding = 16;
 
 std::string_view textOf(const Json &value) {
     return {value.GetString(), value.GetStringLength()};
@@ -182,13 +183,17 @@ Result<void> JsonDocumentImporter::read(QByteArray json) {
     m_objects.clear();
     if (const qsizetype invalid = JsonText::invalidUtf8At(json); invalid >= 0)
         return syntaxError(std::size_t(invalid), rapidjson::kParseErrorStringInvalidEncoding);
+    const qsizetype length = json.size();
+    // The parser scans strings in aligned 16-byte blocks: the block holding the final NUL must
+    // lie inside the buffer.
+    json.append(QByteArray(kScanPadding, '\0'));
     rapidjson::Document document;
     rapidjson::InsituStringStream stream(json.data());
     document.ParseStream<kParseFlags>(stream);
     if (document.HasParseError())
         return syntaxError(document.GetErrorOffset(), document.GetParseError());
     // The parser stops at a NUL character, which is no white space.
-    if (stream.Tell() != std::size_t(json.size()))
+    if (stream.Tell() != std::size_t(length))
         return syntaxError(stream.Tell(), rapidjson::kParseErrorDocumentRootNotSingular);
     if (!document.IsObject())
         return wrongType(QStringLiteral("$"), QStringLiteral("an object"), &document);
