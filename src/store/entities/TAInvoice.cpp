@@ -308,13 +308,12 @@ qsizetype TAInvoice::numberOfItems() const {
 
 std::vector<TAInvoice::TotalsLine> TAInvoice::liveLines() const {
     std::vector<TotalsLine> lines;
-    const QList<TAItem *> members = items();
-    // The items lie all over memory: their values are asked for together, not one by one.
-    for (const TAItem *item : members)
-        item->prefetchValues();
-    for (const TAItem *item : members)
+    // The items lie all over memory: the walk asks for them ahead of reading them.
+    forEachObjectForKey(TAKey::items, [&lines](ManagedObject *member) {
+        const TAItem *item = objectAs<TAItem>(member);
         if (isLive(item)) // an item deleted meanwhile is skipped
             lines.push_back({orZero(item->total()), orZero(item->tax())});
+    });
     return lines;
 }
 
