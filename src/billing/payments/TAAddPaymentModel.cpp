@@ -79,6 +79,9 @@ void TAAddPaymentModel::currencyChanged(TACurrency *selected) {
     } else {
         if (m_focus == Field::Rate)
             m_focus = Field::Amount;
+        // The hidden row still feeds the saved rate: it must read "1" again, not the rate of
+        // the currency picked before.
+        updateValuesFromSelectedCurrency();
         m_conversionShown = false;
         m_conversionEditable = false;
     }

@@ -119,3 +119,23 @@ TEST_F(PaymentsFixture, AnOverdueInvoiceOffersWhatIsLeftAndBadAmountsAreRefused)
     EXPECT_TRUE(model.overdueChanged());
     EXPECT_EQ(document.refreshes, refreshes + 1);
 }
+
+TEST_F(PaymentsFixture, BackInTheInvoicesCurrencyThePaymentIsSavedAtRateOne) {
+    TAInvoice *bill = invoice(client(eur), "100");
+    setRate(usd, eur, "0.8");
+    TAAddPaymentModel model(&db);
+    model.showForView(bill);
+    model.currencyChanged(usd);
+    ASSERT_EQ(OTConvert::decimalNumberFromString(model.convertText()), dec("0.8"));
+    model.currencyChanged(eur);
+    EXPECT_FALSE(model.conversionShown());
+    EXPECT_EQ(model.convertText(), QStringLiteral("1"));
+    EXPECT_EQ(model.convertFromLabel(), QStringLiteral("1 EUR ="));
+    ASSERT_TRUE(model.doneClick());
+    ASSERT_EQ(bill->payments().size(), 1);
+    EXPECT_EQ(bill->payments().first()->currencyCode(), QStringLiteral("EUR"));
+    EXPECT_EQ(bill->payments().first()->rate(), dec("1"));
+    EXPECT_EQ(bill->paid(), dec("100"));
+    EXPECT_EQ(bill->status(), 3);
+    EXPECT_EQ(historyTypes(bill), (QList<int>{3, 4}));
+}
