@@ -261,8 +261,10 @@ Decimal sumOfInvoices(const QList<TAInvoice *> &invoices, const QString &code, A
     return sum;
 }
 
+// An invoice with no items has never had its total cached; it counts as 0 like the others.
 Decimal invoiceTotal(TAInvoice *invoice) {
-    return invoice->total();
+    const Decimal total = invoice->total();
+    return total.isNaN() ? Decimal() : total;
 }
 Decimal invoicePaid(TAInvoice *invoice) {
     return invoice->paid();

@@ -75,6 +75,20 @@ TEST_F(PaymentsFixture, ClientSumsCountEachInvoiceOnceAndSkipDirectRecurringOnes
     EXPECT_FALSE(onlyRecurring->isLinkedWithInvoice());
 }
 
+TEST_F(PaymentsFixture, AnInvoiceWithNoTotalYetCountsAsNothingInTheClientsSums) {
+    TAClient *owner = client(eur);
+    const QDateTime day(QDate(2024, 5, 1), QTime(9, 0), Qt::UTC);
+    TAInvoice *empty = db.createInvoice(); // no items: its cached total was never written
+    empty->setClient(owner);
+    empty->setDate(day);
+    ASSERT_TRUE(empty->total().isNaN());
+    invoice(owner, "10.00")->setDate(day);
+    EXPECT_EQ(owner->invoiced(), dec("10"));
+    EXPECT_EQ(owner->invoicedFromDate(day.addDays(-1), day.addDays(1)), dec("10"));
+    EXPECT_EQ(owner->unpaid(), dec("10"));
+    EXPECT_EQ(owner->balance(), dec("10"));
+}
+
 TEST_F(PaymentsFixture, ClientBalanceRoundsEachAdditionPlainlyBeforeTheFinalBankersStep) {
     // An invoice of a three-digit currency reaches this client through its project.
     TAClient *owner = client(eur);

@@ -19,6 +19,12 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <ostream>
+
+// Failure messages show decimals as text.
+inline void PrintTo(const Decimal &value, std::ostream *out) {
+    *out << value.toString().toStdString();
+}
 
 struct CountingDocument : TADocumentHooks {
     int refreshes = 0;
