@@ -5,6 +5,8 @@
 #include "billing/currencies/TATaxList.h"
 #include "store/entities/TATax.h"
 
+#include <QSet>
+
 TEST(KnownCurrencies, TheListIsParsedSortedByTitleAndCompiledIn) {
     const auto parsed = TAKnownCurrencies::parse(
         QStringLiteral("ZAR|South African Rand\nbroken line\nAED|united arab emirates dirham\n\n"
@@ -15,6 +17,28 @@ TEST(KnownCurrencies, TheListIsParsedSortedByTitleAndCompiledIn) {
     EXPECT_EQ(parsed.at(2).code, QStringLiteral("AED"));
     EXPECT_GT(TAKnownCurrencies::all().size(), 100);
     EXPECT_EQ(TAKnownCurrencies::codeForTitle(QStringLiteral("Euro")), QStringLiteral("EUR"));
+}
+
+TEST(KnownCurrencies, TheCompiledInListHoldsTodaysCodesOnceEachAndNoWithdrawnOnes) {
+    QSet<QString> codes;
+    QSet<QString> titles;
+    for (const TAKnownCurrencies::Entry &entry : TAKnownCurrencies::all()) {
+        EXPECT_EQ(entry.code.size(), 3) << entry.code.toStdString();
+        EXPECT_EQ(entry.code, entry.code.toUpper()) << entry.code.toStdString();
+        EXPECT_FALSE(entry.title.trimmed().isEmpty()) << entry.code.toStdString();
+        EXPECT_FALSE(codes.contains(entry.code)) << "twice: " << entry.code.toStdString();
+        // A title picks the code, so two entries may not share one.
+        EXPECT_FALSE(titles.contains(entry.title.toLower())) << entry.title.toStdString();
+        codes.insert(entry.code);
+        titles.insert(entry.title.toLower());
+    }
+    for (const char *current : {"EUR", "USD", "VED", "VES", "SLE", "ZWG", "XCG", "XDR", "CLF",
+                                "CHE", "UYW", "XAU", "XSU", "XUA"})
+        EXPECT_TRUE(codes.contains(QString::fromLatin1(current))) << current;
+    for (const char *withdrawn : {"HRK", "VEF", "CUC", "SLL", "ZWL", "ANG", "MRO", "STD"})
+        EXPECT_FALSE(codes.contains(QString::fromLatin1(withdrawn))) << withdrawn;
+    EXPECT_EQ(TAKnownCurrencies::codeForTitle(QStringLiteral("Special Drawing Rights")),
+              QStringLiteral("XDR"));
 }
 
 TEST_F(PaymentsFixture, CurrencyCommandsRefuseWhatTheyMustAndTellTheDocument) {
