@@ -1,19 +1,87 @@
 #include "cli/CliDocument.h"
 
+#include "store/TAContextDatabase.h"
+#include "store/document/TADocModelVersions.h"
 #include "store/document/TADocument.h"
 #include "store/document/TADocumentController.h"
 #include "store/document/TAInvoiceCacheUpdater.h"
+#include "store/entities/TAInvoice.h"
+#include "store/entities/TARecurringInvoice.h"
+#include "store/objectstore/ManagedObjectModel.h"
+#include "store/objectstore/SqliteConnection.h"
 
 #include <QFileInfo>
 
+#include <sqlite3.h>
+
 namespace {
+
+int g_busyTimeoutMs = 5000;
+
 TADocumentController &controller() {
     return TADocumentController::sharedDocumentController();
 }
+
+bool isOlderModel(const QByteArray &hash) {
+    for (const ManagedObjectModel *model : TADocModelVersions::olderModels())
+        if (model && model->versionHash() == hash)
+            return true;
+    return false;
+}
+
+bool hasSideFiles(const QString &path) {
+    return QFileInfo::exists(path + QStringLiteral("-wal")) ||
+           QFileInfo::exists(path + QStringLiteral("-shm"));
+}
+
+Error inUse(const QString &path) {
+    return Error{ErrorCode::FileLocked, QStringLiteral("The document “%1” is in use by another "
+                                                       "program.")
+                                            .arg(QFileInfo(path).fileName())};
+}
+
+// Copies one consistent state of the file, its write-ahead log included, under the locks any
+// reader takes.
+Result<void> backUp(const QString &from, const QString &to) {
+    auto source = SqliteConnection::open(from, SqliteConnection::Mode::ReadOnly);
+    if (!source)
+        return source.error();
+    auto target = SqliteConnection::open(to, SqliteConnection::Mode::Create);
+    if (!target)
+        return target.error();
+    sqlite3_busy_timeout((*source)->handle(), g_busyTimeoutMs);
+    sqlite3_backup *backup =
+        sqlite3_backup_init((*target)->handle(), "main", (*source)->handle(), "main");
+    if (!backup)
+        return Error{ErrorCode::FileNotReadable, (*target)->lastError()};
+    const int rc = sqlite3_backup_step(backup, -1);
+    sqlite3_backup_finish(backup);
+    if ((rc & 0xff) == SQLITE_BUSY || (rc & 0xff) == SQLITE_LOCKED)
+        return inUse(from);
+    if (rc != SQLITE_DONE)
+        return Error{ErrorCode::FileNotReadable,
+                     QStringLiteral("The document “%1” cannot be read (%2).")
+                         .arg(QFileInfo(from).fileName(), QString::fromUtf8(sqlite3_errstr(rc)))};
+    return {};
+}
+
 } // namespace
 
+CliDocument::CliDocument(TADocument *document)
+    : m_document(document) {}
+
 CliDocument::~CliDocument() {
-    controller().closeDocument(m_document);
+    if (m_owned) {
+        m_owned->windowShouldClose();
+        m_owned.reset();
+    } else if (m_document) {
+        controller().closeDocument(m_document);
+    }
+    removeSideFiles();
+}
+
+void CliDocument::setBusyTimeout(int milliseconds) {
+    g_busyTimeoutMs = milliseconds;
 }
 
 Result<std::unique_ptr<CliDocument>> CliDocument::open(const QString &path, bool readOnly) {
@@ -21,6 +89,78 @@ Result<std::unique_ptr<CliDocument>> CliDocument::open(const QString &path, bool
     if (!opened)
         return opened.error();
     return std::unique_ptr<CliDocument>(new CliDocument(*opened));
+}
+
+// Reading goes past the document controller, whose opening steps repair a document in memory
+// (timers that belong to nothing go, a missing default currency is made): what a command
+// reports or exports has to be what the file holds. Commands that write a document keep to
+// the desktop's steps.
+Result<std::unique_ptr<CliDocument>> CliDocument::read(const QString &path, View view) {
+    auto metadata = PersistentStore::metadataForFile(path);
+    if (!metadata)
+        return metadata.error();
+    std::unique_ptr<CliDocument> document(new CliDocument);
+    document->m_fileModelVersion = metadata->modelVersion;
+    if (!hasSideFiles(path))
+        document->m_readPath = QFileInfo(path).absoluteFilePath();
+    QString source = path;
+    if (isOlderModel(metadata->modelHash)) {
+        auto copy = document->upgradedCopy(path);
+        if (!copy)
+            return copy.error();
+        source = *copy;
+    }
+    if (auto bound = document->bindStore(source); !bound)
+        return bound.error();
+    if (view == View::Opened)
+        document->m_document->windowControllerDidLoadNib();
+    return document;
+}
+
+// The file stays as it is: the copy is upgraded in place the way the desktop upgrades a
+// document it opens, and then read like any current file.
+Result<QString> CliDocument::upgradedCopy(const QString &path) {
+    m_scratch = std::make_unique<QTemporaryDir>();
+    if (!m_scratch->isValid())
+        return Error{ErrorCode::WriteFailed,
+                     QStringLiteral("No temporary folder for reading a document of an older "
+                                    "version (%1).")
+                         .arg(m_scratch->errorString())};
+    const QString copy = m_scratch->filePath(QFileInfo(path).fileName());
+    if (auto copied = backUp(path, copy); !copied)
+        return copied.error();
+    PersistentStore::Options options;
+    options.olderModels = TADocModelVersions::olderModels();
+    if (auto upgraded = PersistentStore::open(copy, TADocument::managedObjectModel(), options);
+        !upgraded)
+        return upgraded.error();
+    return copy;
+}
+
+Result<void> CliDocument::bindStore(const QString &path) {
+    PersistentStore::Options options;
+    options.readOnly = true;
+    options.busyTimeoutMs = g_busyTimeoutMs;
+    auto store = PersistentStore::open(path, TADocument::managedObjectModel(), options);
+    if (!store)
+        return store.error();
+    m_owned = std::make_unique<TADocument>();
+    m_owned->setManagedObjectContext(std::make_unique<ManagedObjectContext>(*store));
+    m_document = m_owned.get();
+    return {};
+}
+
+// A read-only connection leaves the log and its index beside a file that had none. A
+// connection that may write removes them as it closes, if it is the file's last: SQLite
+// decides that under its own locks, so a program using the file keeps them.
+void CliDocument::removeSideFiles() {
+    if (m_readPath.isEmpty() || !hasSideFiles(m_readPath) || !QFileInfo(m_readPath).isWritable())
+        return;
+    auto connection = SqliteConnection::open(m_readPath, SqliteConnection::Mode::ReadWrite);
+    if (connection) {
+        sqlite3_busy_timeout((*connection)->handle(), 0);
+        (void)(*connection)->exec(QStringLiteral("SELECT 1 FROM _meta LIMIT 1"));
+    }
 }
 
 Result<std::unique_ptr<CliDocument>> CliDocument::create(const QString &path) {
@@ -53,6 +193,24 @@ void CliDocument::clearContents() {
     m_document->managedObjectContext()->reset();
     m_document->resetPreferences();
     m_document->database().enableUndoRegistration();
+}
+
+// The loop of the desktop's refresh of all invoices, without its making of the preferences
+// and default currency first: a document without them is shown and written without them.
+void CliDocument::refreshCachedTotals() {
+    ManagedObjectContext *ctx = &context();
+    TAContextDatabase::disableUndoRegistrationInContext(ctx);
+    const TAInvoice::TotalsSettings settings = TAInvoice::totalsSettingsInContext(ctx);
+    for (TAInvoice *invoice : TAContextDatabase::getInvoicesInContext(ctx))
+        invoice->updateCachedValuesWithSettings(settings);
+    for (TARecurringInvoice *recurring : TAContextDatabase::getRecurringInvoicesInContext(ctx))
+        recurring->updateCachedValuesWithSettings(settings);
+    TAContextDatabase::enableUndoRegistrationInContext(ctx);
+}
+
+QString CliDocument::fileModelVersion() const {
+    return m_fileModelVersion.isEmpty() ? m_document->persistentStore()->originalModelVersion()
+                                        : m_fileModelVersion;
 }
 
 PersistentStore &CliDocument::store() {

@@ -5,37 +5,62 @@
 #include "store/objectstore/PersistentStore.h"
 #include "store/objectstore/Result.h"
 
+#include <QTemporaryDir>
+
 #include <memory>
 
 class TADocument;
 
-// A document file opened or made for one command. It is opened as the program opens every
-// document, through the same steps, and closed again when the command is done.
+// A document file opened or made for one command, and closed again when the command is done.
 class CliDocument {
 public:
+    // What a command reading a file sees of it.
+    enum class View {
+        // The objects and values the file holds, nothing added, removed or repaired.
+        Stored,
+        // As the desktop shows it once opened: after its opening steps.
+        Opened,
+    };
+
     ~CliDocument();
     CliDocument(const CliDocument &) = delete;
     CliDocument &operator=(const CliDocument &) = delete;
 
+    // Opened as the desktop opens every document, through the same steps.
     static Result<std::unique_ptr<CliDocument>> open(const QString &path, bool readOnly);
+    // Opened read-only, never changing the file or leaving files beside it. A file of an older
+    // model is read through an upgraded copy in a temporary folder.
+    static Result<std::unique_ptr<CliDocument>> read(const QString &path, View view = View::Stored);
     static Result<std::unique_ptr<CliDocument>> create(const QString &path);
     // An empty document that lives in memory until saveAs puts it in a file in one step, so
     // a failed command never leaves a partial file behind.
     static Result<std::unique_ptr<CliDocument>> createInMemory();
+    // How long opening waits for another program that holds a file locked.
+    static void setBusyTimeout(int milliseconds);
 
     PersistentStore &store();
     ManagedObjectContext &context();
     TADatabase &database();
     TADocument &document() { return *m_document; }
+    // The data model version the file was written with.
+    QString fileModelVersion() const;
+    // Computes the six cached totals of every invoice again from its items, in memory.
+    void refreshCachedTotals();
     Result<void> save();
     // Saves the context, then writes the whole store to the path (a temporary file renamed
     // into place, replacing any file there).
     Result<void> saveAs(const QString &path);
 
 private:
-    explicit CliDocument(TADocument *document)
-        : m_document(document) {}
+    explicit CliDocument(TADocument *document = nullptr);
+    Result<QString> upgradedCopy(const QString &path);
+    Result<void> bindStore(const QString &path);
+    void removeSideFiles();
     void clearContents();
 
-    TADocument *m_document;
+    QString m_fileModelVersion;
+    QString m_readPath; // the file read, when its side files are to be tidied away
+    std::unique_ptr<QTemporaryDir> m_scratch; // outlives the document that reads from it
+    std::unique_ptr<TADocument> m_owned;      // a document read without the controller
+    TADocument *m_document = nullptr;
 };

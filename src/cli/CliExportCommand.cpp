@@ -27,7 +27,7 @@ int CliExportCommand::run(const QStringList &arguments, QTextStream &out, QTextS
     if (output.isEmpty())
         output = parsed->value(QStringLiteral("--output"));
 
-    auto opened = CliDocument::open(path, true);
+    auto opened = CliDocument::read(path);
     if (!opened)
         return fail(err, path, opened.error().message, CliExit::FileUnusable);
     JsonDocumentExporter exporter((*opened)->context());

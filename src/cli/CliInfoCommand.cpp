@@ -13,7 +13,8 @@ QString CliInfoCommand::usage() const {
         "Usage: billfold-cli info FILE\n\n"
         "Prints the data model version, the default currency, whether the document\n"
         "is locked with a password, and how many objects of each kind it holds.\n"
-        "The file is opened read-only.\n");
+        "The file is opened read-only; a file of an older version is read as it would be\n"
+        "upgraded, and left as it is.\n");
 }
 
 int CliInfoCommand::run(const QStringList &arguments, QTextStream &out, QTextStream &err) {
@@ -22,7 +23,7 @@ int CliInfoCommand::run(const QStringList &arguments, QTextStream &out, QTextStr
         return CliExit::Usage;
     }
     const QString path = arguments[0];
-    auto opened = CliDocument::open(path, true);
+    auto opened = CliDocument::read(path);
     if (!opened) {
         err << "billfold-cli: " << path << ": " << opened.error().message << Qt::endl;
         return CliExit::FileUnusable;
@@ -53,7 +54,7 @@ int CliInfoCommand::run(const QStringList &arguments, QTextStream &out, QTextStr
         preferences.isEmpty() ? nullptr : dynamic_cast<TAPreferences *>(preferences.first());
 
     out << "File:             " << QFileInfo(path).absoluteFilePath() << '\n';
-    out << "Model version:    " << document.store().originalModelVersion() << '\n';
+    out << "Model version:    " << document.fileModelVersion() << '\n';
     out << "Default currency: " << (currency ? currency->code() : QStringLiteral("(none)")) << '\n';
     out << "Password locked:  " << (prefs && !prefs->password().isEmpty() ? "yes" : "no") << '\n';
     out << "Objects:\n";

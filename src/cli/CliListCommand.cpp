@@ -4,6 +4,7 @@
 #include "cli/CliDocument.h"
 #include "cli/CliListFormatter.h"
 #include "cli/CliListing.h"
+#include "cli/CliListingKeys.h"
 #include "store/entities/TACurrency.h"
 #include "store/objectstore/Predicate.h"
 #include "store/objectstore/SortDescriptor.h"
@@ -20,7 +21,16 @@ QString CliListCommand::usage() const {
                "  --format   table (default; amounts and dates in your locale), csv (exact\n"
                "             values, quoted as RFC 4180), json (amounts as decimal strings)\n"
                "  --where    keep the objects that match, e.g. \"status == 2 AND total > 100\"\n"
-               "  --sort     a column name or key path; a leading '-' sorts descending\n")
+               "  --sort     a column name or key path; a leading '-' sorts descending\n\n"
+               "--where takes stored keys, the listing's column names and key paths through\n"
+               "links (client.fullName); columns the listing works out itself (key,\n"
+               "statusWord, repeatWord, type) cannot be compared or sorted by. An unknown key\n"
+               "is an error. Comparisons: == != < <= > >= BETWEEN {a, b} IN {a, b},\n"
+               "CONTAINS BEGINSWITH ENDSWITH LIKE MATCHES for texts, with [c] to ignore case\n"
+               "and [d] accents (name CONTAINS[cd] \"cafe\"). Combine with AND, OR, NOT and\n"
+               "parentheses. Values: numbers (12.5), texts in quotes, YES/NO, NULL, and dates\n"
+               "as DATE(\"2025-03-10T00:00:00Z\") (ISO 8601; a date is never compared with a\n"
+               "text).\n")
         .arg(CliListing::kinds().join(QStringLiteral(", ")));
 }
 
@@ -41,9 +51,13 @@ int CliListCommand::run(const QStringList &arguments, QTextStream &out, QTextStr
     if (format != QLatin1String("table") && format != QLatin1String("csv") &&
         format != QLatin1String("json"))
         return usageError(err, QStringLiteral("unknown format '%1'").arg(format));
+    const CliListingKeys keys(*listing);
     std::optional<Predicate> where;
     if (parsed->has(QStringLiteral("--where"))) {
-        auto predicate = Predicate::parse(parsed->value(QStringLiteral("--where")));
+        auto text = keys.where(parsed->value(QStringLiteral("--where")));
+        if (!text)
+            return usageError(err, QStringLiteral("--where: %1").arg(text.error().message));
+        auto predicate = Predicate::parse(*text);
         if (!predicate)
             return usageError(err, QStringLiteral("--where: %1").arg(predicate.error().message));
         where = *predicate;
@@ -53,14 +67,19 @@ int CliListCommand::run(const QStringList &arguments, QTextStream &out, QTextStr
         const bool descending = key.startsWith(u'-');
         if (descending)
             key.remove(0, 1);
-        sort.append(SortDescriptor(listing->sortKeyPath(key), !descending));
+        auto path = keys.sortKeyPath(key);
+        if (!path)
+            return usageError(err, QStringLiteral("--sort: %1").arg(path.error().message));
+        sort.append(SortDescriptor(*path, !descending));
     }
 
     const QString path = parsed->positional()[1];
-    auto opened = CliDocument::open(path, true);
+    auto opened = CliDocument::read(path);
     if (!opened)
         return fail(err, path, opened.error().message, CliExit::FileUnusable);
     CliDocument &document = **opened;
+    // The desktop computes the cached totals again as a document opens; so does the listing.
+    document.refreshCachedTotals();
     FetchRequest request(listing->entity);
     request.includesSubentities = listing->includesSubentities;
     auto fetched = document.context().executeFetchRequest(request);

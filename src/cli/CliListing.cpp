@@ -184,10 +184,3 @@ QString CliListing::currencyCode(const ManagedObject &object, const QString &fal
         currencyKeyPath.isEmpty() ? QString() : object.valueForKeyPath(currencyKeyPath).toString();
     return code.isEmpty() ? fallback : code;
 }
-
-QString CliListing::sortKeyPath(const QString &key) const {
-    for (const CliColumn &c : columns)
-        if (c.name == key && !c.keyPath.isEmpty())
-            return c.keyPath;
-    return key;
-}

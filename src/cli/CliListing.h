@@ -32,6 +32,4 @@ struct CliListing {
 
     QVariant value(const CliColumn &column, const ManagedObject &object) const;
     QString currencyCode(const ManagedObject &object, const QString &fallback) const;
-    // The key path to sort by for a column name or any key path of the objects.
-    QString sortKeyPath(const QString &key) const;
 };

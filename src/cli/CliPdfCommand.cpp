@@ -64,9 +64,10 @@ int CliPdfCommand::run(const QStringList &arguments, QTextStream &out, QTextStre
         return usageError(err, QStringLiteral("give either --invoice and -o, or --all"));
 
     const QString path = parsed->positional()[0];
-    auto opened = CliDocument::open(path, true);
+    auto opened = CliDocument::read(path, CliDocument::View::Opened);
     if (!opened)
         return fail(err, path, opened.error().message, CliExit::FileUnusable);
+    (*opened)->refreshCachedTotals();
     CliDocument &document = **opened;
     const QString templateName = parsed->value(QStringLiteral("--template"));
     if (all)
@@ -76,7 +77,7 @@ int CliPdfCommand::run(const QStringList &arguments, QTextStream &out, QTextStre
     TAInvoice *invoice = findInvoice(document, number);
     if (!invoice)
         return fail(err, path, QStringLiteral("no invoice numbered '%1'").arg(number),
-                    CliExit::FileUnusable);
+                    CliExit::Usage);
     if (!chooseTemplate(document, invoice, templateName))
         return usageError(err, QStringLiteral("no template named '%1'").arg(templateName));
     const QString target = parsed->value(QStringLiteral("-o"));

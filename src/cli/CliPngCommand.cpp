@@ -38,14 +38,15 @@ int CliPngCommand::run(const QStringList &arguments, QTextStream &out, QTextStre
         return usageError(err, QStringLiteral("--scale needs a number above 0, at most 16"));
 
     const QString path = parsed->positional()[0];
-    auto opened = CliDocument::open(path, true);
+    auto opened = CliDocument::read(path, CliDocument::View::Opened);
     if (!opened)
         return fail(err, path, opened.error().message, CliExit::FileUnusable);
+    (*opened)->refreshCachedTotals();
     const QString number = parsed->value(QStringLiteral("--invoice"));
     TAInvoice *invoice = CliPdfCommand::findInvoice(**opened, number);
     if (!invoice)
         return fail(err, path, QStringLiteral("no invoice numbered '%1'").arg(number),
-                    CliExit::FileUnusable);
+                    CliExit::Usage);
     const QString templateName = parsed->value(QStringLiteral("--template"));
     if (!CliPdfCommand::chooseTemplate(**opened, invoice, templateName))
         return usageError(err, QStringLiteral("no template named '%1'").arg(templateName));

@@ -9,6 +9,8 @@
 #include "cli/CliPdfCommand.h"
 #include "cli/CliPngCommand.h"
 
+#include <QIODevice>
+
 CliRunner::CliRunner() {
     m_commands.push_back(std::make_unique<CliNewCommand>());
     m_commands.push_back(std::make_unique<CliInfoCommand>());
@@ -45,6 +47,19 @@ std::optional<QDateTime> CliRunner::parseInstant(const QString &text) {
     return instant;
 }
 
+// A full disk or a closed pipe must not pass for output written.
+int CliRunner::finished(int status, QTextStream &out, QTextStream &err) {
+    out.flush();
+    if (status == CliExit::Ok && out.status() == QTextStream::WriteFailed) {
+        const QString reason = out.device() ? out.device()->errorString() : QString();
+        err << "billfold-cli: standard output: "
+            << (reason.isEmpty() ? QStringLiteral("cannot be written") : reason) << Qt::endl;
+        status = CliExit::FileUnusable;
+    }
+    err.flush();
+    return status;
+}
+
 int CliRunner::run(QStringList arguments, QTextStream &out, QTextStream &err) {
     std::optional<QDateTime> now;
     for (qsizetype i = 0; i < arguments.size(); ++i) {
@@ -75,7 +90,7 @@ int CliRunner::run(QStringList arguments, QTextStream &out, QTextStream &err) {
     if (name == QLatin1String("--help") || name == QLatin1String("-h") ||
         name == QLatin1String("help")) {
         out << overview();
-        return CliExit::Ok;
+        return finished(CliExit::Ok, out, err);
     }
     for (const auto &command : m_commands) {
         if (command->name() != name)
@@ -83,15 +98,12 @@ int CliRunner::run(QStringList arguments, QTextStream &out, QTextStream &err) {
         if (arguments.contains(QLatin1String("--help")) ||
             arguments.contains(QLatin1String("-h"))) {
             out << command->usage();
-            return CliExit::Ok;
+            return finished(CliExit::Ok, out, err);
         }
         std::optional<ScopedFixedClock> clock;
         if (now)
             clock.emplace(*now);
-        const int status = command->run(arguments, out, err);
-        out.flush();
-        err.flush();
-        return status;
+        return finished(command->run(arguments, out, err), out, err);
     }
     err << "billfold-cli: unknown command '" << name << "'\n\n" << overview();
     return CliExit::Usage;

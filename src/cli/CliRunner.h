@@ -23,6 +23,7 @@ public:
 
 private:
     QString overview() const;
+    static int finished(int status, QTextStream &out, QTextStream &err);
 
     std::vector<std::unique_ptr<CliCommand>> m_commands;
 };

@@ -24,9 +24,19 @@ bool drawsPages(int argc, char *argv[]) {
     }
     return false;
 }
+
+// Qt's own notes (the painter's on a file it cannot open, the platform's on its settings) would
+// stand before the one line each failure is reported with; only severe messages get through.
+QtMessageHandler g_qtHandler = nullptr;
+
+void severeOnly(QtMsgType type, const QMessageLogContext &context, const QString &message) {
+    if ((type == QtCriticalMsg || type == QtFatalMsg) && g_qtHandler)
+        g_qtHandler(type, context, message);
+}
 } // namespace
 
 int main(int argc, char *argv[]) {
+    g_qtHandler = qInstallMessageHandler(severeOnly);
     std::unique_ptr<QCoreApplication> app;
     if (drawsPages(argc, argv)) {
         if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))

@@ -144,3 +144,42 @@ TEST_F(CliListTest, InvoiceAmountsAndStatesMatchHandComputedValues) {
                               "isOverdue == YES", "--now", "2025-04-20T12:00:00Z"});
     EXPECT_EQ(later.out.count(QStringLiteral("\r\n")), 4);
 }
+
+TEST_F(CliListTest, UnknownOrUnusableKeysAreNamedNotAnsweredWithAnEmptyList) {
+    const struct {
+        QStringList options;
+        const char *named;
+    } refused[] = {
+        {{"--where", "nosuchkey == 3"}, "nosuchkey"},
+        {{"--where", "client.nosuchkey == 3"}, "nosuchkey"},
+        {{"--where", "statusWord == \"Draft\""}, "statusWord"},
+        {{"--where", "date > \"2025-01-01\""}, "DATE("},
+        {{"--where", "dueDate < 20250101"}, "'dueDate' is a date"},
+        {{"--sort", "nosuchkey"}, "nosuchkey"},
+        {{"--sort", "-statusWord"}, "statusWord"},
+    };
+    for (const auto &c : refused) {
+        const CliRun run = cli(QStringList{"list", "invoices", path("s.tadb")} + c.options);
+        EXPECT_EQ(run.status, 1) << c.options.join(' ').toStdString();
+        EXPECT_TRUE(run.err.contains(QLatin1String(c.named))) << run.err.toStdString();
+    }
+    // Dates compare with DATE(...), column names stand for what the column shows, and links
+    // are followed.
+    EXPECT_EQ(lines({"list", "invoices", path("s.tadb"), "--format", "csv", "--where",
+                     "date >= DATE(\"2025-02-01T00:00:00Z\") AND client CONTAINS[cd] \"HARB\""})
+                  .size(),
+              2);
+    const QStringList byClient =
+        lines({"list", "invoices", path("s.tadb"), "--format", "csv", "--sort", "-client"});
+    ASSERT_GT(byClient.size(), 2);
+    EXPECT_TRUE(byClient[1].contains("Marta")) << byClient[1].toStdString();
+}
+
+TEST_F(CliListTest, AMissingInvoiceIsAUsageSlip) {
+    for (const char *command : {"pdf", "png"}) {
+        const CliRun run = cli({command, path("s.tadb"), "--invoice", "9999", "-o", path("x.out")});
+        EXPECT_EQ(run.status, 1) << command;
+        EXPECT_TRUE(run.err.contains("no invoice numbered '9999'")) << run.err.toStdString();
+        EXPECT_EQ(run.err.count(u'\n'), 1);
+    }
+}

@@ -76,6 +76,21 @@ TEST_F(CliImportErrorTest, EachFaultIsNamedByItsPathAndNothingIsWritten) {
          [](QJsonObject &o) { setMember(o, "Invoice/1", "discount", "0,05"); }},
         {"$.objects[\"Invoice/1\"].discount: expected a decimal number as a string",
          [](QJsonObject &o) { setMember(o, "Invoice/1", "discount", 0.05); }},
+        {"$.objects[\"Invoice/1\"].discount: \"1234567890123456789012345678901234567.89\" has "
+         "more than 38 significant digits",
+         [](QJsonObject &o) {
+             setMember(o, "Invoice/1", "discount", "1234567890123456789012345678901234567.89");
+         }},
+        {"$.objects[\"Invoice/1\"].discount: \"1e2\" is not a decimal number",
+         [](QJsonObject &o) { setMember(o, "Invoice/1", "discount", "1e2"); }},
+        {"$.objects[\"Invoice/1\"].discount: \"+1\" is not a decimal number",
+         [](QJsonObject &o) { setMember(o, "Invoice/1", "discount", "+1"); }},
+        {"$.objects[\"Invoice/1\"].discount: \".5\" is not a decimal number",
+         [](QJsonObject &o) { setMember(o, "Invoice/1", "discount", ".5"); }},
+        {"$.objects[\"Invoice/1\"].discount: \"5.\" is not a decimal number",
+         [](QJsonObject &o) { setMember(o, "Invoice/1", "discount", "5."); }},
+        {"$.objects[\"Client/1\"].photo: not valid base64",
+         [](QJsonObject &o) { setMember(o, "Client/1", "photo", "QQ"); }},
         {"$.objects[\"Invoice/1\"].archived: expected true, false or null",
          [](QJsonObject &o) { setMember(o, "Invoice/1", "archived", 0); }},
         {"$.objects[\"Invoice/1\"].date: expected an ISO 8601",
@@ -133,6 +148,9 @@ TEST_F(CliImportErrorTest, BrokenTextAndWrongHeaderAreRefused) {
         {"[]", "$: expected an object, found an array"},
         {"{\"format\": \"other\"}", "$.format: expected \"billfold-json\""},
         {"{\"format\": \"billfold-json\", \"formatVersion\": 2}", "$.formatVersion: expected 1"},
+        {"{\"format\": \"billfold-json\", \"formatVersion\": 1, \"model\": \"TADoc_0.9\", "
+         "\"objects\": {}}",
+         "$.model: unknown data model \"TADoc_0.9\""},
         {"{\"format\": \"billfold-json\", \"formatVersion\": 1, \"model\": \"x\", \"objects\": {},"
          " \"extra\": 1}",
          "$.extra: unknown key"},

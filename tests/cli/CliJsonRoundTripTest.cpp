@@ -2,6 +2,8 @@
 
 #include "cli/CliDocument.h"
 #include "importsync/json/JsonDocumentExporter.h"
+#include "importsync/sample/SampleDocument.h"
+#include "store/document/TADocument.h"
 #include "store/entities/TAKeys.h"
 #include "store/entities/TAPreferences.h"
 #include "store/entities/TAProject.h"
@@ -9,6 +11,8 @@
 #include "store/objectstore/ManagedObjectModel.h"
 
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QRegularExpression>
 
 namespace {
@@ -107,6 +111,8 @@ protected:
         // A text that holds the URI of an object of the document follows that object.
         auto *preferences = dynamic_cast<TAPreferences *>(made[TAEntity::Preferences].first());
         preferences->setLastProjectID(made[TAEntity::Project].first()->uriText());
+        // Import computes the cached totals again: the file's must agree with its items.
+        (*document)->refreshCachedTotals();
         ASSERT_TRUE((*document)->saveAs(file).ok());
     }
 };
@@ -181,4 +187,109 @@ TEST_F(CliJsonRoundTripTest, AnExportThatCannotBeWrittenSaysSoAndLeavesNoFile) {
     EXPECT_EQ(run.status, 2);
     EXPECT_TRUE(run.err.contains(path("missing/a.json"))) << run.err.toStdString();
     EXPECT_FALSE(QFileInfo::exists(path("missing/a.json")));
+}
+
+TEST_F(CliJsonRoundTripTest, ReadingShowsTheFileWithoutTheRepairsOfOpening) {
+    {
+        auto document = CliDocument::createInMemory();
+        ASSERT_TRUE(document.ok());
+        ManagedObjectContext &ctx = (*document)->context();
+        ctx.insertNewObject(TAEntity::Timer)->setValueForKey(QStringLiteral("Loose"), TAKey::name);
+        ManagedObject *euro = ctx.insertNewObject(TAEntity::Currency);
+        euro->setValueForKey(QStringLiteral("EUR"), TAKey::code);
+        euro->setPrimitiveValueForKey(false, TAKey::isDefault);
+        ASSERT_TRUE((*document)->saveAs(path("bare.tadb")).ok());
+    }
+    const CliRun info = cli({"info", path("bare.tadb")});
+    ASSERT_EQ(info.status, 0) << info.err.toStdString();
+    EXPECT_TRUE(info.out.contains("Default currency: (none)"));
+    EXPECT_TRUE(info.out.contains(QRegularExpression("Timer +1\n")));
+    EXPECT_TRUE(info.out.contains(QRegularExpression("Currency +1\n")));
+    EXPECT_EQ(cli({"list", "currencies", path("bare.tadb"), "--format", "csv"})
+                  .out.count(QStringLiteral("\r\n")),
+              2);
+
+    ASSERT_EQ(cli({"export-json", path("bare.tadb"), "-o", path("a.json")}).status, 0);
+    const CliRun imported = cli({"import-json", path("a.json"), "-o", path("copy.tadb")});
+    ASSERT_EQ(imported.status, 0) << imported.err.toStdString();
+    ASSERT_EQ(cli({"export-json", path("copy.tadb"), "-o", path("b.json")}).status, 0);
+    EXPECT_EQ(read("a.json"), read("b.json"));
+    EXPECT_TRUE(read("a.json").contains("\"Timer/1\""));
+    EXPECT_FALSE(read("a.json").contains("\"Currency/2\""));
+}
+
+TEST_F(CliJsonRoundTripTest, TheSamplesChangeDatesMoveWithItsOtherDates) {
+    auto anchor = SampleDocument::anchor();
+    ASSERT_TRUE(anchor.ok());
+    const auto objectsOf = [this](const QString &name, const QDate &day) {
+        const QString now = day.toString(Qt::ISODate) + QStringLiteral("T12:00:00");
+        EXPECT_EQ(cli({"new", path(name), "--sample", "--now", now}).status, 0);
+        return QJsonDocument::fromJson(cli({"export-json", path(name)}).out.toUtf8())
+            .object()
+            .value(QLatin1String("objects"))
+            .toObject();
+    };
+    const QJsonObject same = objectsOf("same.tadb", *anchor);
+    const QJsonObject later = objectsOf("later.tadb", anchor->addDays(10));
+    QFile source(QStringLiteral(BILLFOLD_TEST_DATA "/../../src/resources/sample/Sample.json"));
+    ASSERT_TRUE(source.open(QIODevice::ReadOnly));
+    const QByteArray sample = source.readAll();
+    int dated = 0;
+    for (auto it = same.begin(); it != same.end(); ++it) {
+        const QJsonObject item = it.value().toObject();
+        if (!item.contains(QLatin1String("updateDate")))
+            continue;
+        ++dated;
+        const QString changed = item.value(QLatin1String("updateDate")).toString();
+        EXPECT_TRUE(sample.contains("\"updateDate\": \"" + changed.toUtf8() + '"'))
+            << changed.toStdString();
+        EXPECT_GE(changed, item.value(QLatin1String("added")).toString()) << it.key().toStdString();
+        const QDateTime moved = QDateTime::fromString(
+            later.value(it.key()).toObject().value("updateDate").toString(), Qt::ISODateWithMs);
+        EXPECT_EQ(moved, QDateTime::fromString(changed, Qt::ISODateWithMs).addDays(10))
+            << it.key().toStdString();
+    }
+    EXPECT_GT(dated, 5);
+}
+
+TEST_F(CliJsonRoundTripTest, CachedTotalsFollowTheItemsOnImportAndInListings) {
+    ASSERT_EQ(cli({"new", path("s.tadb"), "--sample", "--now", "2025-03-10T12:00:00Z"}).status, 0);
+    QJsonObject root =
+        QJsonDocument::fromJson(cli({"export-json", path("s.tadb")}).out.toUtf8()).object();
+    QJsonObject objects = root.value(QLatin1String("objects")).toObject();
+    int changed = 0;
+    for (auto it = objects.begin(); it != objects.end(); ++it) {
+        QJsonObject item = it.value().toObject();
+        if (item.value(QLatin1String("name")) == QLatin1String("Hosting, one year") &&
+            item.value(QLatin1String("invoice")).isString()) {
+            item.insert(QStringLiteral("price"), QStringLiteral("340"));
+            it.value() = item;
+            ++changed;
+        }
+    }
+    ASSERT_EQ(changed, 1);
+    root.insert(QStringLiteral("objects"), objects);
+    write("edited.json", QJsonDocument(root).toJson());
+    ASSERT_EQ(cli({"import-json", path("edited.json"), "-o", path("t.tadb")}).status, 0);
+    const QStringList list{"list",
+                           "invoices",
+                           path("t.tadb"),
+                           "--format",
+                           "json",
+                           "--where",
+                           "identification == \"2001\""};
+    EXPECT_TRUE(cli(list).out.contains("\"subTotal\": \"3307.5\"")) << cli(list).out.toStdString();
+
+    // A file whose cached totals went stale is listed with the totals of its items.
+    {
+        auto store = PersistentStore::open(path("t.tadb"), TADocument::managedObjectModel());
+        ASSERT_TRUE(store.ok());
+        ManagedObjectContext context(*store);
+        auto invoices = context.executeFetchRequest(FetchRequest(TAEntity::Invoice));
+        ASSERT_TRUE(invoices.ok());
+        for (ManagedObject *invoice : *invoices)
+            invoice->setPrimitiveValueForKey(Decimal(1).toVariant(), TAKey::subTotal);
+        ASSERT_TRUE(context.save().ok());
+    }
+    EXPECT_TRUE(cli(list).out.contains("\"subTotal\": \"3307.5\""));
 }

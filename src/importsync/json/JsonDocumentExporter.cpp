@@ -58,6 +58,15 @@ Result<void> JsonDocumentExporter::collect() {
         if (!fetched)
             return fetched.error();
         QList<ManagedObject *> objects = *fetched;
+        // A key is the object's number, and the number of an object not saved yet is only a
+        // counter that a saved object may have as well: such objects get the keys they will
+        // be saved with.
+        QList<ManagedObject *> unsaved;
+        for (ManagedObject *object : std::as_const(objects))
+            if (object->objectID().isTemporaryID())
+                unsaved.append(object);
+        if (!unsaved.isEmpty())
+            m_context.obtainPermanentIDs(unsaved);
         std::sort(objects.begin(), objects.end(), [](ManagedObject *a, ManagedObject *b) {
             return a->objectID().number() < b->objectID().number();
         });

@@ -227,8 +227,15 @@ Result<void> JsonDocumentImporter::Reader::readHeader(const Json &root) {
         version->GetDouble() != JsonDocumentExporter::kFormatVersion)
         return fault(QStringLiteral("$.formatVersion"),
                      QStringLiteral("expected %1").arg(JsonDocumentExporter::kFormatVersion));
-    if (const Json *model = memberOf(root, "model"); !model || !model->IsString())
+    const Json *model = memberOf(root, "model");
+    if (!model || !model->IsString())
         return wrongType(QStringLiteral("$.model"), QStringLiteral("a string"), model);
+    // Members are checked against this version's model: a file of another one would be read
+    // by the wrong rules.
+    if (const QString name = toQString(textOf(*model)); name != TADocModel::model().versionName())
+        return fault(QStringLiteral("$.model"),
+                     QStringLiteral("unknown data model \"%1\"; this version reads \"%2\"")
+                         .arg(name, TADocModel::model().versionName()));
     if (const Json *objects = memberOf(root, "objects"); !objects || !objects->IsObject())
         return wrongType(QStringLiteral("$.objects"), QStringLiteral("an object"), objects);
     return {};
@@ -385,9 +392,7 @@ Result<QVariant> JsonDocumentImporter::Reader::readAttribute(const Place &place,
             return wrongType(place.path(), QStringLiteral("a decimal number as a string"), &value);
         const auto decimal = JsonText::parseDecimal(textOf(value));
         if (!decimal)
-            return fault(
-                place.path(),
-                QStringLiteral("\"%1\" is not a decimal number").arg(toQString(textOf(value))));
+            return fault(place.path(), decimal.error().message);
         return decimal->toVariant();
     }
     case AttributeType::Date: {
@@ -400,11 +405,9 @@ Result<QVariant> JsonDocumentImporter::Reader::readAttribute(const Place &place,
     case AttributeType::Binary: {
         if (!value.IsString())
             return wrongType(place.path(), QStringLiteral("base64 text"), &value);
-        const auto decoded = QByteArray::fromBase64Encoding(
-            QByteArray::fromRawData(value.GetString(), qsizetype(value.GetStringLength())),
-            QByteArray::AbortOnBase64DecodingErrors);
+        const auto decoded = JsonText::parseBase64(textOf(value));
         if (!decoded)
-            return fault(place.path(), QStringLiteral("not valid base64"));
+            return fault(place.path(), QStringLiteral("not valid base64 (standard, padded)"));
         return QVariant(*decoded);
     }
     case AttributeType::Float:

@@ -185,19 +185,84 @@ std::optional<double> JsonText::parseSpecialDouble(std::string_view text) {
     return std::nullopt;
 }
 
-std::optional<Decimal> JsonText::parseDecimal(std::string_view text) {
+namespace {
+
+// The digits of `text` from `at` on; answers where they end.
+std::size_t skipDigits(std::string_view text, std::size_t from) {
+    while (from < text.size() && isDigit(text[from]))
+        ++from;
+    return from;
+}
+
+// Digits from the first non-zero one to the last that counts: zeros ending a fraction add
+// nothing to the value.
+std::size_t significantDigits(std::string_view whole, std::string_view fraction) {
+    while (!fraction.empty() && fraction.back() == '0')
+        fraction.remove_suffix(1);
+    std::size_t count = whole.size() + fraction.size();
+    for (const char c : whole) {
+        if (c != '0')
+            return count;
+        --count;
+    }
+    for (const char c : fraction) {
+        if (c != '0')
+            return count;
+        --count;
+    }
+    return count;
+}
+
+} // namespace
+
+Result<Decimal> JsonText::parseDecimal(std::string_view text) {
     if (text == "NaN")
         return Decimal::notANumber();
+    const auto refused = [text](const char *reason) {
+        return Error{ErrorCode::FileDamaged,
+                     QStringLiteral("\"%1\" %2")
+                         .arg(QString::fromUtf8(text.data(), qsizetype(text.size())),
+                              QLatin1String(reason))};
+    };
+    const std::size_t wholeFrom = text.starts_with('-') ? 1 : 0;
+    const std::size_t wholeTo = skipDigits(text, wholeFrom);
+    std::size_t end = wholeTo;
+    std::string_view fraction;
+    if (at(text, end, '.')) {
+        end = skipDigits(text, wholeTo + 1);
+        fraction = text.substr(wholeTo + 1, end - wholeTo - 1);
+        if (fraction.empty())
+            return refused("is not a decimal number");
+    }
+    if (wholeTo == wholeFrom || end != text.size())
+        return refused("is not a decimal number");
+    if (significantDigits(text.substr(wholeFrom, wholeTo - wholeFrom), fraction) >
+        std::size_t(Decimal::kMaxDigits))
+        return refused("has more than 38 significant digits, and decimals are kept exactly");
     // Decimal texts are short and ASCII: widened on the stack instead of through a QString.
     char16_t wide[96];
-    const bool ascii = text.size() <= std::size(wide) &&
-                       std::all_of(text.begin(), text.end(), [](char c) { return c > 0; });
-    const Decimal value =
-        ascii ? Decimal::fromString(QStringView(wide, std::copy(text.begin(), text.end(), wide)))
-              : Decimal::fromString(QString::fromUtf8(text.data(), qsizetype(text.size())));
-    if (value.isNaN())
+    if (text.size() <= std::size(wide))
+        return Decimal::fromString(QStringView(wide, std::copy(text.begin(), text.end(), wide)));
+    return Decimal::fromString(QString::fromLatin1(text.data(), qsizetype(text.size())));
+}
+
+std::optional<QByteArray> JsonText::parseBase64(std::string_view text) {
+    // Padding makes every length a multiple of four; '=' only closes the text.
+    if (text.size() % 4 != 0)
         return std::nullopt;
-    return value;
+    const std::size_t padding = text.ends_with("==") ? 2 : text.ends_with('=') ? 1 : 0;
+    for (std::size_t i = 0; i + padding < text.size(); ++i) {
+        const char c = text[i];
+        if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || isDigit(c) || c == '+' ||
+              c == '/'))
+            return std::nullopt;
+    }
+    auto decoded =
+        QByteArray::fromBase64Encoding(QByteArray::fromRawData(text.data(), qsizetype(text.size())),
+                                       QByteArray::AbortOnBase64DecodingErrors);
+    if (!decoded)
+        return std::nullopt;
+    return *decoded;
 }
 
 namespace {

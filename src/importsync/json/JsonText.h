@@ -1,6 +1,7 @@
 #pragma once
 
 #include "billing/money/Decimal.h"
+#include "store/objectstore/Result.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -29,8 +30,12 @@ public:
     static QByteArray doubleLiteral(double value);
     static std::optional<double> parseSpecialDouble(std::string_view text);
 
-    // Canonical decimal text, or nothing when the text is not a decimal ("NaN" is one).
-    static std::optional<Decimal> parseDecimal(std::string_view text);
+    // "NaN", or an optional '-', digits, and optionally '.' and digits, with at most 38
+    // significant digits: a value the file states is kept exactly or refused, never rounded.
+    // The failure says why, without the JSON path.
+    static Result<Decimal> parseDecimal(std::string_view text);
+    // Standard base64 with its padding; nothing for anything else.
+    static std::optional<QByteArray> parseBase64(std::string_view text);
 
     // Where the first byte stands that is not part of well-formed UTF-8; -1 when all are.
     static qsizetype invalidUtf8At(QByteArrayView text);

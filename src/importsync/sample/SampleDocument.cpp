@@ -1,7 +1,10 @@
 #include "importsync/sample/SampleDocument.h"
 
 #include "store/TADocModel.h"
+#include "store/document/OTVersionManager.h"
 #include "store/document/TADocument.h"
+#include "store/document/TAInvoiceCacheUpdater.h"
+#include "store/entities/TAKeys.h"
 #include "store/objectstore/EntityDescription.h"
 #include "store/objectstore/FetchRequest.h"
 #include "store/objectstore/ManagedObject.h"
@@ -69,11 +72,34 @@ Result<void> SampleDocument::copyInto(TADocument &document, const QDateTime &now
     auto path = extract(folder.path());
     if (!path)
         return path.error();
-    if (!document.replaceContentsWithCopyOfURL(*path))
+    std::unique_ptr<ManagedObjectContext> source =
+        TADocument::versionManager().managedObjectContextForURL(*path);
+    ManagedObjectContext *target = document.managedObjectContext();
+    if (!source || !target)
         return Error{ErrorCode::FileDamaged,
                      QStringLiteral("The sample document could not be read.")};
-    moveDates(*document.managedObjectContext(), *days);
+    // As the document replaces its contents with a copy of a file, keeping the copies' map.
+    document.database().disableUndoRegistration();
+    document.cacheUpdater().resetCacheUpdater();
+    target->reset();
+    keepChangeDates(*source, OTVersionManager::copyAllObjectsFromContext(source.get(), target));
+    document.resetPreferences();
+    document.database().enableUndoRegistration();
+    moveDates(*target, *days);
     return {};
+}
+
+// Linking the copies goes through the items' change rules, which stamp `updateDate` with the
+// time of copying; the sample's own change dates are put back, to move with the others.
+void SampleDocument::keepChangeDates(ManagedObjectContext &source,
+                                     const QHash<QString, ManagedObject *> &copies) {
+    for (auto it = copies.cbegin(); it != copies.cend(); ++it) {
+        if (!it.value()->entity()->attribute(TAKey::updateDate))
+            continue;
+        if (const ManagedObject *original = source.objectWithURI(it.key()))
+            it.value()->setPrimitiveValueForKey(original->primitiveValueForKey(TAKey::updateDate),
+                                                TAKey::updateDate);
+    }
 }
 
 void SampleDocument::moveDates(ManagedObjectContext &context, qint64 days) {

@@ -4,7 +4,9 @@
 
 #include <QDate>
 #include <QDateTime>
+#include <QHash>
 
+class ManagedObject;
 class ManagedObjectContext;
 class TADocument;
 
@@ -29,4 +31,8 @@ public:
     // Moves every date of the business by whole days. The invoice designs keep theirs: a
     // design's creation date tells the built-in set's order.
     static void moveDates(ManagedObjectContext &context, qint64 days);
+
+private:
+    static void keepChangeDates(ManagedObjectContext &source,
+                                const QHash<QString, ManagedObject *> &copies);
 };

@@ -240,9 +240,15 @@ Result<std::shared_ptr<PersistentStore>> PersistentStore::open(const QString &pa
                 "“%1” needs to be upgraded to this version of Billfold, but it is read-only.")
                 .arg(displayName(path))};
 
+    store->m_busyTimeoutMs = options.busyTimeoutMs;
     auto connection = store->openConnection();
     if (store->m_readOnly &&
         (!connection || !(*connection)->exec(QStringLiteral("SELECT 1 FROM _meta LIMIT 1")))) {
+        // Another program holding the file locked is told apart from a file that only can't
+        // be written: read around its lock, the document would show data that is going stale.
+        if (connection && ((*connection)->lastErrorCode() & 0xff) == SQLITE_BUSY)
+            return openError(path, SQLITE_BUSY, (*connection)->lastError());
+        // Read-only permissions or the immutable flag: read the file as it stands.
         store->m_immutable = true;
         connection = store->openConnection();
     }

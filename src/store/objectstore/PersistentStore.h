@@ -31,6 +31,8 @@ public:
         // Earlier models whose files may be opened: a file of one of them is upgraded in place
         // when the change only adds entities or attributes.
         QList<const ManagedObjectModel *> olderModels;
+        // How long opening and saving wait for another program that holds the file locked.
+        int busyTimeoutMs = 5000;
     };
 
     static Result<std::shared_ptr<PersistentStore>>
