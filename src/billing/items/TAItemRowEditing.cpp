@@ -8,9 +8,12 @@
 #include "store/entities/TAInventory.h"
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAMaterial.h"
+#include "store/entities/TAProject.h"
 #include "store/entities/TATax.h"
 #include "store/entities/TATimer.h"
 #include "store/objectstore/ManagedObjectContext.h"
+
+#include <QCoreApplication>
 
 Decimal TAItemRowEditing::discountFromField(const QString &text) {
     const Decimal fraction = OTConvert::decimalNumberFromString(text) / DecimalConstants::hundred();
@@ -45,6 +48,9 @@ void TAItemRowEditing::saveItemRow(TAItem *item, const TAItemRowInput &input, Ro
         material->setQuantity(OTConvert::decimalNumberFromString(input.quantity));
     else if (auto *timer = dynamic_cast<TATimer *>(item))
         timer->setSecondsIntegerValue(OTConvert::intFromString(input.quantity));
+    // The other fields ask for this themselves; the discount does not.
+    if (TAInvoice *invoice = item->invoice())
+        invoice->requestCacheUpdate();
 }
 
 void TAItemRowEditing::saveInventoryRow(TAInventory *entry, const TAItemRowInput &input) {
@@ -97,4 +103,49 @@ TAItem *TAItemRowEditing::changeProjectItemKind(TAItem *item) {
     }
     TAContextDatabase::endUndoGroupingInContext(context);
     return other;
+}
+
+namespace {
+// Makes the picked catalogue entry's item within one named undo group, lets `attach` give it
+// its place, and deletes the item the row showed before.
+template <class Attach>
+TAItem *replaceRowWithCatalogueItem(ManagedObject *picked, TAItem *rowItem,
+                                    const QString &groupName, Attach attach) {
+    auto *entry = dynamic_cast<TAInventory *>(picked);
+    ManagedObjectContext *context = entry ? entry->managedObjectContext() : nullptr;
+    if (!context)
+        return nullptr;
+    TAContextDatabase::beginUndoGroupingWithName(groupName, context);
+    TAItem *item = entry->createItem();
+    if (item) {
+        attach(item);
+        if (rowItem && rowItem != item && rowItem->managedObjectContext() && !rowItem->isDeleted())
+            TAContextDatabase::deleteObject(rowItem, context);
+    }
+    TAContextDatabase::endUndoGroupingInContext(context);
+    return item;
+}
+} // namespace
+
+TAItem *TAItemRowEditing::createFromObject(ManagedObject *picked, TAInvoice *invoice,
+                                           TAItem *rowItem) {
+    if (!invoice)
+        return nullptr;
+    return replaceRowWithCatalogueItem(picked, rowItem,
+                                       QCoreApplication::translate("TAItemRowEditing", "Add Item"),
+                                       [invoice](TAItem *item) {
+                                           item->setInvoice(invoice);
+                                           if (TAProject *project = invoice->project())
+                                               item->setProject(project);
+                                       });
+}
+
+TAItem *TAItemRowEditing::addFromItem(ManagedObject *picked, TAProject *project, TAItem *rowItem) {
+    if (!project)
+        return nullptr;
+    return replaceRowWithCatalogueItem(
+        picked, rowItem,
+        QCoreApplication::translate("TAItemRowEditing",
+                                    "Create Item From Template / Add Existing Timer "),
+        [project](TAItem *item) { item->setProject(project); });
 }

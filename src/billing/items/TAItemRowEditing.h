@@ -4,8 +4,11 @@
 
 #include <QString>
 
+class ManagedObject;
 class TAInventory;
+class TAInvoice;
 class TAItem;
+class TAProject;
 class TATax;
 
 // The fields of an item row as the user left them, in the text they were typed in.
@@ -26,7 +29,8 @@ public:
     enum class Row { Invoice, Project };
 
     // Stores the fields into the item. An invoice row rounds the price to the invoice's
-    // currency; project rows keep it as typed.
+    // currency; project rows keep it as typed. The item's invoice is then asked to refresh its
+    // totals, since a discount alone does not ask for it.
     static void saveItemRow(TAItem *item, const TAItemRowInput &input, Row row);
     // A catalogue row: its tax is either the chosen named tax or a rate of its own.
     static void saveInventoryRow(TAInventory *entry, const TAItemRowInput &input);
@@ -41,6 +45,14 @@ public:
     // A project row changes kind field by field, one quantity unit standing for a minute,
     // in the undo group "Update Project Item".
     static TAItem *changeProjectItemKind(TAItem *item);
+
+    // A catalogue entry picked or dropped on an invoice row: its `createItem` goes on the
+    // invoice, takes over the invoice's project and replaces the row's old item, which is
+    // deleted. One undo group, "Add Item". Anything but a catalogue entry is refused (null).
+    static TAItem *createFromObject(ManagedObject *picked, TAInvoice *invoice, TAItem *rowItem);
+    // The same on a project row, in the undo group
+    // "Create Item From Template / Add Existing Timer ".
+    static TAItem *addFromItem(ManagedObject *picked, TAProject *project, TAItem *rowItem);
 
 private:
     TAItemRowEditing() = delete;
