@@ -11,6 +11,8 @@
 #include "billing/money/OTNumberText.h"
 #include "store/TAContextDatabase.h"
 
+#include <QCoreApplication>
+
 namespace {
 TAHistory *newRecord(ManagedObject *subject, int type) {
     ManagedObjectContext *context = subject ? subject->managedObjectContext() : nullptr;
@@ -35,22 +37,21 @@ TAHistory *newInvoiceRecord(TAInvoice *invoice, int type) {
     return record;
 }
 
-// "Words: detail", or the words alone when there is no detail to show.
-QString withDetail(const char *words, const QString &detail) {
-    const QString head = QString::fromLatin1(words);
-    return detail.isEmpty() ? head : head + QStringLiteral(": ") + detail;
+// "Words: detail"; the separator stays when the detail is empty, as the log has always shown.
+QString withDetail(const QString &head, const QString &detail) {
+    return head + QStringLiteral(": ") + detail;
 }
 
 QString projectStatusText(qint64 status) {
     switch (status) {
     case 1:
-        return QStringLiteral("Status changed to Draft");
+        return QCoreApplication::translate("TAHistory", "Status changed to Draft");
     case 2:
-        return QStringLiteral("Status changed to Active");
+        return QCoreApplication::translate("TAHistory", "Status changed to Active");
     case 3:
-        return QStringLiteral("Status changed to Closed");
+        return QCoreApplication::translate("TAHistory", "Status changed to Closed");
     default:
-        return QStringLiteral("Status changed");
+        return QCoreApplication::translate("TAHistory", "Status changed");
     }
 }
 
@@ -59,15 +60,15 @@ QString sentToText(TAClient *client) {
     if (name.isEmpty() && client)
         name = client->displayName();
     if (name.isEmpty())
-        name = QStringLiteral("[empty]");
-    return withDetail("Sent to client", name);
+        name = QCoreApplication::translate("TAHistory", "[empty]");
+    return withDetail(QCoreApplication::translate("TAHistory", "Sent to client"), name);
 }
 
 QString paymentText(TAPayment *payment) {
-    if (!payment)
-        return QStringLiteral("Payment received");
-    return withDetail("Payment received",
-                      OTNumberText::currencyFormatter(payment->amount(), payment->currencyCode()));
+    return withDetail(
+        QCoreApplication::translate("TAHistory", "Payment received"),
+        payment ? OTNumberText::currencyFormatter(payment->amount(), payment->currencyCode())
+                : QString());
 }
 } // namespace
 
@@ -197,43 +198,44 @@ int TAHistory::invoiceHistoryType() {
 QString TAHistory::projectHistoryText() {
     switch (projectHistoryType()) {
     case ProjectCreated:
-        return QStringLiteral("Created");
+        return QCoreApplication::translate("TAHistory", "Created");
     case ProjectClientChanged:
-        return withDetail("Assigned to client",
+        return withDetail(QCoreApplication::translate("TAHistory", "Assigned to client"),
                           relatedClient() ? relatedClient()->displayName() : QString());
     case ProjectClientDeleted:
-        return QStringLiteral("Client relationship deleted");
+        return QCoreApplication::translate("TAHistory", "Client relationship deleted");
     case ProjectInvoiceCreated:
-        return QStringLiteral("Invoice created");
+        return QCoreApplication::translate("TAHistory", "Invoice created");
     case ProjectInvoiceDeleted:
-        return QStringLiteral("Invoice deleted");
+        return QCoreApplication::translate("TAHistory", "Invoice deleted");
     case ProjectStatusChanged:
         return projectStatusText(intValue());
     case ProjectDueDateChanged:
-        return withDetail("Due date changed to", OTDate::dateFormatter(dateValue()));
+        return withDetail(QCoreApplication::translate("TAHistory", "Due date changed to"),
+                          OTDate::dateFormatter(dateValue()));
     default:
-        return QStringLiteral("No info");
+        return QCoreApplication::translate("TAHistory", "No info");
     }
 }
 
 QString TAHistory::invoiceHistoryText() {
     switch (invoiceHistoryType()) {
     case InvoiceCreated:
-        return QStringLiteral("Created");
+        return QCoreApplication::translate("TAHistory", "Created");
     case InvoiceSent:
         return sentToText(relatedClient());
     case InvoicePaymentReceived:
         return paymentText(relatedPayment());
     case InvoicePaid:
-        return QStringLiteral("Paid");
+        return QCoreApplication::translate("TAHistory", "Paid");
     case InvoiceCreatedInProject:
-        return withDetail("Created in project",
+        return withDetail(QCoreApplication::translate("TAHistory", "Created in project"),
                           relatedProject() ? relatedProject()->name() : QString());
     case InvoiceAssignedToProject:
-        return withDetail("Assigned to project",
+        return withDetail(QCoreApplication::translate("TAHistory", "Assigned to project"),
                           relatedProject() ? relatedProject()->name() : QString());
     default:
-        return QStringLiteral("No info");
+        return QCoreApplication::translate("TAHistory", "No info");
     }
 }
 

@@ -4,6 +4,9 @@
 #include "store/entities/TAHistory.h"
 #include "store/objectstore/UndoManager.h"
 
+#include <QCoreApplication>
+#include <QTranslator>
+
 TEST_F(HistoryFixture, ProjectRecordsCarryTypeNowAndTheSubjectsStateAtThatMoment) {
     TAProject *p = project();
     TAClient *c = client();
@@ -122,4 +125,51 @@ TEST_F(HistoryFixture, UnknownTypesReadAsNoInfoAndAreCorrectedInTheStore) {
     EXPECT_EQ(ir->historyText(), QStringLiteral("No info"));
     ir->setInvoiceHistoryType(6);
     EXPECT_EQ(ir->invoiceHistoryType(), 6);
+}
+
+namespace {
+// Stands for a language file: every word of the history's own context comes back marked.
+class MarkingTranslator : public QTranslator {
+public:
+    QString translate(const char *context, const char *sourceText, const char *,
+                      int) const override {
+        if (qstrcmp(context, "TAHistory") != 0)
+            return {};
+        return QStringLiteral("<%1>").arg(QString::fromUtf8(sourceText));
+    }
+    bool isEmpty() const override { return false; }
+};
+} // namespace
+
+TEST_F(HistoryFixture, WordsGoThroughTheTranslationAndTheSeparatorStaysWithoutADetail) {
+    TAProject *p = project();
+    TAInvoice *i = invoice();
+    // The separator is part of the text even when the detail is empty.
+    EXPECT_EQ(TAHistory::addInvoiceCreatedInProjectRecord(i, p)->historyText(),
+              QStringLiteral("Created in project: "));
+    EXPECT_EQ(TAHistory::addInvoiceAssignedToProjectRecord(i, nullptr)->historyText(),
+              QStringLiteral("Assigned to project: "));
+    TAHistory *assigned = TAHistory::addProjectClientChangedRecord(p);
+    EXPECT_EQ(assigned->historyText(), QStringLiteral("Assigned to client: "));
+
+    int argc = 1;
+    char name[] = "history";
+    char *argv[] = {name, nullptr};
+    std::unique_ptr<QCoreApplication> ownApp;
+    if (!QCoreApplication::instance())
+        ownApp = std::make_unique<QCoreApplication>(argc, argv);
+    MarkingTranslator marking;
+    ASSERT_TRUE(QCoreApplication::installTranslator(&marking));
+    p->setName(QStringLiteral("Roof"));
+    EXPECT_EQ(TAHistory::addInvoiceCreatedInProjectRecord(i, p)->historyText(),
+              QStringLiteral("<Created in project>: Roof"));
+    EXPECT_EQ(TAHistory::addInvoiceSentRecord(i)->historyText(),
+              QStringLiteral("<Sent to client>: <[empty]>"));
+    EXPECT_EQ(TAHistory::addInvoicePaidRecord(i)->historyText(), QStringLiteral("<Paid>"));
+    TAHistory *status = TAHistory::addProjectStatusChangedRecord(p);
+    status->setIntValue(3);
+    EXPECT_EQ(status->historyText(), QStringLiteral("<Status changed to Closed>"));
+    assigned->setType(42);
+    EXPECT_EQ(assigned->historyText(), QStringLiteral("<No info>"));
+    QCoreApplication::removeTranslator(&marking);
 }
