@@ -129,22 +129,29 @@ void TAPreferences::updateFromAddressBook() {
     TAApplicationHooks::instance().updateFromAddressBook(this);
 }
 
+namespace {
+// What the card lacks is written as the empty text, so the fields never read as null after it.
+QString orEmpty(const QString &value) {
+    return value.isNull() ? QStringLiteral("") : value;
+}
+} // namespace
+
 void TAPreferences::updateFromCard(const AddressCard &card) {
-    setInfoFirstName(card.firstName);
-    setInfoLastName(card.lastName);
-    setInfoCompany(card.organisation);
+    setInfoFirstName(orEmpty(card.firstName));
+    setInfoLastName(orEmpty(card.lastName));
+    setInfoCompany(orEmpty(card.organisation));
     setInfoIsCompany(card.personFlags & 1);
     setInfoPhoto(card.image.isNull()
                      ? QByteArray()
                      : pngFitting(card.image.scaled(kCardPhotoSide, kCardPhotoSide,
                                                     Qt::KeepAspectRatio, Qt::SmoothTransformation),
                                   kCardPhotoSide));
-    setInfoEmail(card.email);
-    setInfoPhone(card.phone);
-    setInfoAddressCity(card.city);
-    setInfoAddressCountry(card.country);
-    setInfoAddressPostalCode(card.zip);
-    setInfoAddressStreet(card.street);
+    setInfoEmail(orEmpty(card.email));
+    setInfoPhone(orEmpty(card.phone));
+    setInfoAddressCity(orEmpty(card.city));
+    setInfoAddressCountry(orEmpty(card.country));
+    setInfoAddressPostalCode(orEmpty(card.zip));
+    setInfoAddressStreet(orEmpty(card.street));
 }
 
 void TAPreferences::increaseNextInvoiceNumber() {

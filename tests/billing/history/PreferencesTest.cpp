@@ -87,7 +87,13 @@ TEST_F(HistoryFixture, AddressBookCardFillsTheInfoFieldsThroughTheApplication) {
     TAApplicationHooks::setInstance(&book);
     prefs->updateFromAddressBook();
     TAApplicationHooks::setInstance(nullptr);
-    EXPECT_EQ(prefs->infoFirstName(), QString()); // missing values become empty
+    // Missing values are stored as the empty text, not left null.
+    for (const QString &key :
+         {TAKey::infoFirstName, TAKey::infoLastName, TAKey::infoEmail, TAKey::infoPhone,
+          TAKey::infoAddressCountry, TAKey::infoAddressPostalCode, TAKey::infoAddressStreet}) {
+        EXPECT_FALSE(prefs->isNullForKey(key)) << key.toStdString();
+        EXPECT_EQ(prefs->valueForKey(key).toString(), QStringLiteral("")) << key.toStdString();
+    }
     EXPECT_EQ(prefs->infoCompany(), QStringLiteral("Acme"));
     EXPECT_TRUE(prefs->infoIsCompany());
     EXPECT_EQ(prefs->infoAddressCity(), QStringLiteral("Brno"));
