@@ -30,10 +30,12 @@ TEST_F(HistoryFixture, InvoiceListTakesEditedPaymentDatesAndSortsByDate) {
 
 TEST_F(HistoryFixture, DeletingAPaymentRecordTakesThePaymentAndReopensTheInvoice) {
     TAInvoice *i = invoice();
+    i->setTotal(Decimal(100));
     TAPayment *pay = payment(i, "100", QStringLiteral("EUR"), clock.now());
     TAHistory *received = TAHistory::addInvoicePaymentReceivedRecord(i, pay);
     TAHistory *paid = TAHistory::addInvoicePaidRecord(i);
     i->setStatus(3);
+    ASSERT_EQ(i->paid(), Decimal(100));
     context->undoManager()->removeAllActions();
 
     QList<TAHistory *> rows = TAHistoryList::invoiceRecords(i);
@@ -43,6 +45,9 @@ TEST_F(HistoryFixture, DeletingAPaymentRecordTakesThePaymentAndReopensTheInvoice
 
     EXPECT_EQ(i->status(), 2);
     EXPECT_TRUE(i->payments().isEmpty());
+    EXPECT_EQ(i->paid(), Decimal(0));
+    EXPECT_EQ(i->unpaid(), Decimal(100));
+    EXPECT_FALSE(i->isPaid());
     EXPECT_EQ(rows, QList<TAHistory *>{paid});
     EXPECT_EQ(i->history(), QList<TAHistory *>{paid}); // "Paid" stays
     EXPECT_EQ(context->undoManager()->undoActionName(), QStringLiteral("Delete History Record"));

@@ -142,11 +142,25 @@ TEST_F(InvoiceTotalsTest, RandomInvoicesAddUpAndRecomputeToTheSameValues) {
         TAInvoice *invoice = invoiceIn(currencies[random.bounded(3)]);
         const int count = random.bounded(1, 6);
         for (int i = 0; i < count; ++i) {
-            TAMaterial *m = material(invoice, "1", "0");
-            m->setQuantity(Decimal::fromParts(random.bounded(1, 500), -random.bounded(0, 3)));
-            m->setPrice(Decimal::fromParts(random.bounded(0, 100000), -random.bounded(0, 4)));
-            m->setTax(Decimal::fromParts(random.bounded(0, 30), -2));
-            m->setDiscount(Decimal::fromParts(random.bounded(0, 50), -2));
+            TAItem *item = nullptr;
+            if (random.bounded(2) == 1) {
+                TAMaterial *m = material(invoice, "1", "0");
+                m->setQuantity(Decimal::fromParts(random.bounded(1, 500), -random.bounded(0, 3)));
+                item = m;
+            } else {
+                TATimer *t = db.createTimer();
+                t->setSeconds(random.bounded(0, 40000));
+                t->setInvoice(invoice);
+                item = t;
+            }
+            item->setPrice(Decimal::fromParts(random.bounded(0, 100000), -random.bounded(0, 4)));
+            item->setTax(Decimal::fromParts(random.bounded(0, 30), -2));
+            item->setDiscount(Decimal::fromParts(random.bounded(0, 50), -2));
+            // A timer bills whole minutes only.
+            if (auto *t = dynamic_cast<TATimer *>(item)) {
+                const Decimal billed(t->seconds() / 60 * 60);
+                EXPECT_EQ(t->total(), t->priceWithDiscount() * billed / Decimal(3600)) << round;
+            }
         }
         invoice->setCalculationType(random.bounded(2));
         invoice->setTaxes(Decimal::fromParts(random.bounded(0, 25), -2));

@@ -139,3 +139,54 @@ TEST_F(PaymentsFixture, BackInTheInvoicesCurrencyThePaymentIsSavedAtRateOne) {
     EXPECT_EQ(bill->status(), 3);
     EXPECT_EQ(historyTypes(bill), (QList<int>{3, 4}));
 }
+
+// 100.50 EUR in yen at 0.0061: 1 / 0.0061 is 163.93 at the euro's scale, 100.50 times that is
+// 16474.965, 16474.97 at that scale, ceiled to whole yen 16475. The rate field shows at most
+// three fraction digits, "0.006", and the payment is saved at what the field reads: it then
+// counts 16475 x 0.006 = 98.85 EUR, and the invoice stays open.
+TEST_F(PaymentsFixture, TheOfferedAmountIsCeiledToTheForeignScale) {
+    TACurrency *jpy = currency("JPY", "Japanese Yen");
+    TAInvoice *bill = invoice(client(eur), "100.50");
+    setRate(jpy, eur, "0.0061");
+    TAAddPaymentModel model(&db);
+    model.showForView(bill);
+    model.currencyChanged(jpy);
+    EXPECT_EQ(amountOf(model), dec("16475"));
+    EXPECT_EQ(OTConvert::decimalNumberFromString(model.convertText()), dec("0.006"));
+    ASSERT_TRUE(model.doneClick());
+    EXPECT_EQ(bill->payments().first()->rate(), dec("0.006"));
+    EXPECT_EQ(bill->paid(), dec("98.85"));
+    EXPECT_EQ(bill->status(), 2);
+    EXPECT_EQ(historyTypes(bill), (QList<int>{3}));
+}
+
+// A rate that does not read as a number, or a stored rate of 0, is not refused: the payment
+// is saved at rate 0 and counts for nothing.
+TEST_F(PaymentsFixture, ARateOfZeroOrOfLettersIsSavedAndCountsForNothing) {
+    TAInvoice *bill = invoice(client(eur), "100");
+    setRate(usd, eur, "0.8");
+    TAAddPaymentModel model(&db);
+    model.showForView(bill);
+    model.currencyChanged(usd);
+    model.convertChanged(QStringLiteral("abc"));
+    EXPECT_EQ(amountOf(model), dec("125"));
+    ASSERT_TRUE(model.doneClick());
+    ASSERT_EQ(bill->payments().size(), 1);
+    EXPECT_EQ(bill->payments().first()->amount(), dec("125"));
+    EXPECT_EQ(bill->payments().first()->rate(), Decimal(0));
+    EXPECT_EQ(bill->paid(), Decimal(0));
+    EXPECT_EQ(bill->status(), 2);
+    EXPECT_EQ(historyTypes(bill), (QList<int>{3}));
+
+    // A stored row of 0: dividing by it answers the 1 it divides, so the sum due is offered
+    // as it stands.
+    setRate(bhd, eur, "0");
+    model.showForView(bill);
+    model.currencyChanged(bhd);
+    EXPECT_EQ(OTConvert::decimalNumberFromString(model.convertText()), Decimal(0));
+    EXPECT_EQ(amountOf(model), dec("100"));
+    ASSERT_TRUE(model.doneClick());
+    EXPECT_EQ(bill->payments().size(), 2);
+    EXPECT_EQ(bill->paid(), Decimal(0));
+    EXPECT_EQ(bill->status(), 2);
+}

@@ -1,5 +1,7 @@
 #include "PaymentsFixture.h"
 
+#include "billing/dates/ScopedFixedClock.h"
+#include "store/entities/TAMaterial.h"
 #include "store/entities/TAProject.h"
 #include "store/entities/TARecurringInvoice.h"
 #include "store/entities/TATimer.h"
@@ -131,4 +133,69 @@ TEST_F(PaymentsFixture, ProjectTimeCountsAllTimersAndItsListsOnlyUnbilledOnes) {
     EXPECT_EQ(project->projectPriceInDefault(), dec("60"));
     EXPECT_EQ(project->client()->uninvoiced(), dec("10"));
     EXPECT_EQ(project->stringValue(), QStringLiteral("(No Name)"));
+}
+
+// The period forms sum the invoices dated in the period, and the projects due in it.
+TEST_F(PaymentsFixture, ClientPeriodSumsTakeInvoicesByDateAndProjectsByDueDate) {
+    const QDateTime now(QDate(2024, 6, 20), QTime(12, 0), Qt::UTC);
+    ScopedFixedClock clock(now);
+    const QDateTime from(QDate(2024, 6, 1), QTime(0, 0), Qt::UTC);
+    const QDateTime to(QDate(2024, 6, 30), QTime(0, 0), Qt::UTC);
+    TAClient *owner = client(eur);
+
+    TAProject *dueInJune = db.createProject();
+    dueInJune->setClient(owner);
+    dueInJune->setDueDate(from.addDays(3));
+    TAProject *dueInJuly = db.createProject();
+    dueInJuly->setClient(owner);
+    dueInJuly->setDueDate(to.addDays(3));
+    const auto projectMaterial = [this](TAProject *on, const char *price) {
+        TAMaterial *m = db.createMaterial();
+        m->setQuantity(dec("1"));
+        m->setPrice(dec(price));
+        m->setProject(on);
+        return m;
+    };
+    projectMaterial(dueInJune, "30");
+    projectMaterial(dueInJuly, "50");
+    projectMaterial(dueInJune, "1000")->setInvoice(invoice(client(eur), "0"));
+    EXPECT_EQ(owner->uninvoiced(), dec("80"));
+    EXPECT_EQ(owner->uninvoicedFromDate(from, to), dec("30"));
+
+    TAInvoice *late = invoice(owner, "100"); // 40 paid, overdue since the 10th
+    late->setDate(from.addDays(1));
+    late->setDueDate(from.addDays(9));
+    pay(late, "40", eur, "1");
+    TAInvoice *markedPaid = invoice(owner, "50", 3); // paid by hand, no payments
+    markedPaid->setDate(from.addDays(2));
+    TAInvoice *earlier = invoice(owner, "70");
+    earlier->setDate(from.addDays(-10));
+    earlier->setDueDate(from.addDays(-5));
+    ASSERT_TRUE(late->isOverdue());
+
+    EXPECT_EQ(owner->invoicedFromDate(from, to), dec("150"));
+    EXPECT_EQ(owner->paidFromDate(from, to), dec("90"));
+    EXPECT_EQ(owner->unpaidFromDate(from, to), dec("60"));
+    EXPECT_EQ(owner->overdueFromDate(from, to), dec("60"));
+    EXPECT_EQ(owner->balanceFromDate(from, to), dec("60"));
+    EXPECT_EQ(owner->unpaid(), dec("130"));
+    EXPECT_EQ(owner->overdue(), dec("130"));
+    EXPECT_EQ(owner->balance(), dec("130"));
+    EXPECT_EQ(owner->paidFromDate(to.addDays(1), to.addDays(30)), Decimal(0));
+}
+
+// Each addition rounds half away from zero to the client's scale: two three-digit halves
+// give 0.26, not the 0.25 of their exact sum.
+TEST_F(PaymentsFixture, ClientPeriodBalanceRoundsEachAddition) {
+    const QDateTime day(QDate(2024, 6, 5), QTime(9, 0), Qt::UTC);
+    TAClient *owner = client(eur);
+    TAProject *project = db.createProject();
+    project->setClient(owner);
+    for (int i = 0; i < 2; ++i) {
+        TAInvoice *foreign = invoice(client(bhd), "0.125", 1);
+        foreign->setProject(project);
+        foreign->setDate(day);
+    }
+    EXPECT_EQ(owner->balanceFromDate(day.addDays(-1), day.addDays(1)), dec("0.26"));
+    EXPECT_EQ(owner->balance(), dec("0.26"));
 }
