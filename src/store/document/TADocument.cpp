@@ -2,6 +2,7 @@
 
 #include "billing/TAInvoiceCacheRequests.h"
 #include "billing/money/OTFunctions.h"
+#include "invoicelayout/values/TANotificationCenter.h"
 #include "store/TADocModel.h"
 #include "store/TAGlobal.h"
 #include "store/document/OTVersionManager.h"
@@ -64,6 +65,7 @@ TADocument::TADocument(QObject *parent)
 }
 
 TADocument::~TADocument() {
+    observeMergeNotifications(false);
     stopTimers();
     m_updater->setCacheUpdaterEnabled(false);
     m_updater->stop();
@@ -91,12 +93,20 @@ const ManagedObjectModel &TADocument::managedObjectModel() {
 
 // --- Reading --------------------------------------------------------------------------------
 
-Result<void> TADocument::readFromURL(const QString &path, bool readOnly) {
+namespace {
+
+Result<std::shared_ptr<PersistentStore>> openStore(const QString &path, bool readOnly) {
     PersistentStore::Options options;
     options.readOnly = readOnly;
     // Files of earlier versions are brought up to date by the store as they open.
     options.olderModels = TADocModelVersions::olderModels();
-    auto store = PersistentStore::open(path, managedObjectModel(), options);
+    return PersistentStore::open(path, TADocument::managedObjectModel(), options);
+}
+
+} // namespace
+
+Result<void> TADocument::readFromURL(const QString &path, bool readOnly) {
+    auto store = openStore(path, readOnly);
     if (!store)
         return store.error();
     bindStore(*store);
@@ -195,6 +205,7 @@ void TADocument::windowControllerDidLoadNib() {
     m_updater->setCacheUpdaterEnabled(true);
     m_updater->setNeedsUpdateCache(false);
     // 11
+    observeMergeNotifications(true);
     shell.observeCalendarStore(true);
     if (hasEventLoop())
         QTimer::singleShot(2000, this,
@@ -320,6 +331,12 @@ Result<void> TADocument::save() {
         return Error{ErrorCode::WriteFailed, tr("The document has nothing to save.")};
     if (fileURL().isEmpty())
         return Error{ErrorCode::WriteFailed, tr("The document has no file yet.")};
+    // Writing now would silently undo what the other program wrote.
+    if (fileWasChangedByAnotherProgram())
+        return Error{ErrorCode::FileChangedElsewhere,
+                     tr("“%1” was changed by another program since you opened or saved it. "
+                        "Revert to see those changes, or save your document under another name.")
+                         .arg(QFileInfo(fileURL()).fileName())};
     if (auto saved = writeContext(); !saved)
         return saved;
     recordSavedModificationDate();
@@ -333,10 +350,12 @@ Result<void> TADocument::saveAs(const QString &path) {
         return Error{ErrorCode::WriteFailed, tr("The document has nothing to save.")};
     if (auto allowed = panel(nullptr, path); !allowed)
         return allowed;
-    if (auto saved = writeContext(); !saved)
-        return saved;
+    // The store moves to the new file first and the changes are written there: the old file
+    // keeps its last saved state, and a locked file's edits can still go somewhere new.
     if (auto written = m_store->saveAs(path); !written)
         return written;
+    if (auto saved = writeContext(); !saved)
+        return saved;
     recordSavedModificationDate();
     updateChangeCount(ChangeCleared);
     m_autosaveTimer.stop();
@@ -345,19 +364,31 @@ Result<void> TADocument::saveAs(const QString &path) {
 
 Result<void> TADocument::panel(const QObject *sender, const QString &validateURL) const {
     (void)sender;
-    const QString target = QFileInfo(validateURL).absoluteFilePath();
-    for (const TADocument *other : TADocumentController::sharedDocumentController().documents())
-        if (other != this && !other->fileURL().isEmpty() &&
-            QFileInfo(other->fileURL()).absoluteFilePath() == target)
-            return Error{kFileIsOpenCode,
-                         tr("Another file saved in this location is already opened. Please close "
-                            "it and try again.")};
+    const TADocument *holder =
+        TADocumentController::sharedDocumentController().documentForURL(validateURL);
+    if (holder && holder != this)
+        return Error{kFileIsOpenCode,
+                     tr("Another file saved in this location is already opened. Please close "
+                        "it and try again."),
+                     kFileIsOpenDomain};
     return {};
 }
 
+namespace {
+
+// Commits land in the write-ahead log first, and a checkpoint moves them into the file later:
+// either may be the newer trace of a write.
+QDateTime lastWritten(const QString &path) {
+    const QDateTime file = QFileInfo(path).lastModified();
+    const QFileInfo log(path + QStringLiteral("-wal"));
+    return log.exists() && log.lastModified() > file ? log.lastModified() : file;
+}
+
+} // namespace
+
 void TADocument::recordSavedModificationDate() {
     const QString path = fileURL();
-    m_fileModificationDate = path.isEmpty() ? QDateTime() : QFileInfo(path).lastModified();
+    m_fileModificationDate = path.isEmpty() ? QDateTime() : lastWritten(path);
 }
 
 void TADocument::replaceRecordedModificationDate() {
@@ -370,7 +401,7 @@ void TADocument::replaceRecordedModificationDate() {
 bool TADocument::fileWasChangedByAnotherProgram() const {
     if (m_fileModificationDate.isNull() || fileURL().isEmpty())
         return false;
-    return QFileInfo(fileURL()).lastModified() > m_fileModificationDate;
+    return lastWritten(fileURL()) > m_fileModificationDate;
 }
 
 bool TADocument::isLockedOrInReadOnlyMode() const {
@@ -454,6 +485,26 @@ void TADocument::iCloudChangedMerged() {
     m_database.enableUndoRegistration();
 }
 
+void TADocument::observeMergeNotifications(bool observe) {
+    TANotificationCenter &center = TANotificationCenter::defaultCenter();
+    for (int token : std::exchange(m_mergeObservers, {}))
+        center.removeObserver(token);
+    if (!observe)
+        return;
+    // From any object: a merge touches every document of the store.
+    QPointer<TADocument> self(this);
+    m_mergeObservers = {center.addObserver(QStringLiteral("prepareForMerge"),
+                                           [self](const QString &, ManagedObject *) {
+                                               if (self)
+                                                   self->prepareForICloudMerge();
+                                           }),
+                        center.addObserver(QStringLiteral("changesMerged"),
+                                           [self](const QString &, ManagedObject *) {
+                                               if (self)
+                                                   self->iCloudChangedMerged();
+                                           })};
+}
+
 // --- Revert and close -----------------------------------------------------------------------
 
 void TADocument::disableDocumentStuff() {
@@ -472,6 +523,13 @@ Result<void> TADocument::revertToContentsOfURL() {
     if (path.isEmpty())
         return Error{ErrorCode::FileMissing, tr("The document has no file to revert to.")};
     TADocumentController::setReverting(true);
+    // The file is opened before anything of the open document is taken down: a file that
+    // cannot be read any more leaves the document as it was, unsaved changes and all.
+    auto store = openStore(path, m_store && m_store->isReadOnly());
+    if (!store) {
+        TADocumentController::setReverting(false);
+        return store.error();
+    }
     disableDocumentStuff();
     if (m_window) {
         m_window->detachTemplateList();
@@ -479,13 +537,11 @@ Result<void> TADocument::revertToContentsOfURL() {
     }
     m_updater->stop();
     m_updater->resetCacheUpdater();
-    const bool readOnly = m_store && m_store->isReadOnly();
     setManagedObjectContext(nullptr);
     m_store.reset();
-    Result<void> read = readFromURL(path, readOnly);
+    bindStore(*store);
+    recordSavedModificationDate();
     TADocumentController::setReverting(false);
-    if (!read)
-        return read;
     updateChangeCount(ChangeCleared);
     windowControllerDidLoadNib();
     replaceRecordedModificationDate();
@@ -508,5 +564,9 @@ bool TADocument::windowShouldClose() {
     m_updater->stop();
     stopTimers();
     m_autosaveTimer.stop();
+    observeMergeNotifications(false);
+    // The document saves itself as it goes, so closing never asks: what the last autosave
+    // has not caught yet is saved now rather than lost.
+    (void)autosaveWithImplicitCancellability();
     return true;
 }

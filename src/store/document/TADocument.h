@@ -122,6 +122,7 @@ private:
     void recordSavedModificationDate();
     Result<void> writeContext();
     void connectUndoManager();
+    void observeMergeNotifications(bool observe);
 
     std::shared_ptr<PersistentStore> m_store;
     std::unique_ptr<ManagedObjectContext> m_context;
@@ -140,4 +141,5 @@ private:
     bool m_passwordEntered = false;
     bool m_undoWindowEnabled = false;
     bool m_calendarObserved = false;
+    QList<int> m_mergeObservers;
 };

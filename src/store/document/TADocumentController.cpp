@@ -84,11 +84,22 @@ QList<TADocument *> TADocumentController::documents() const {
     return list;
 }
 
+namespace {
+
+// Another name of the same file (a link, "..") is the same file; a path that does not exist
+// yet can only be compared as written.
+QString fileKey(const QString &path) {
+    const QFileInfo info(path);
+    const QString canonical = info.canonicalFilePath();
+    return canonical.isEmpty() ? info.absoluteFilePath() : canonical;
+}
+
+} // namespace
+
 TADocument *TADocumentController::documentForURL(const QString &path) const {
-    const QString wanted = QFileInfo(path).absoluteFilePath();
+    const QString wanted = fileKey(path);
     for (const auto &document : m_documents)
-        if (!document->fileURL().isEmpty() &&
-            QFileInfo(document->fileURL()).absoluteFilePath() == wanted)
+        if (!document->fileURL().isEmpty() && fileKey(document->fileURL()) == wanted)
             return document.get();
     return nullptr;
 }

@@ -131,14 +131,22 @@ bool TAInvoiceCacheUpdater::canRunInBackground() const {
     return store && !store->isInMemory();
 }
 
+void TAInvoiceCacheUpdater::makeDocumentSettings() {
+    // The totals read the preferences and the default currency. Made here, on the main
+    // thread, they come from the user's address card and locale as the document's own
+    // lookups make them; the totals' lookup makes nothing.
+    (void)m_document.preferences();
+    (void)m_document.database().getDefaultCurrency();
+}
+
 bool TAInvoiceCacheUpdater::saveBeforeBackgroundRun() {
     ManagedObjectContext *context = m_document.managedObjectContext();
     if (!context)
         return false;
-    // The worker reads the file: what it needs must be there, the preferences among them, so
-    // that it never makes them itself (that asks the user's address card, which is no work
-    // for a worker). Failures are not shown; the totals stay as they were until the next change.
-    (void)m_document.preferences();
+    // The worker reads the file: what it needs must be there. A failed save is not shown:
+    // the worker then reads the older values, and the totals stay as they were until the
+    // next change.
+    makeDocumentSettings();
     (void)context->save();
     m_document.replaceRecordedModificationDate();
     return true;
@@ -177,6 +185,7 @@ void TAInvoiceCacheUpdater::onMainThreadUpdateInvoicesCache() {
     ManagedObjectContext *context = m_document.managedObjectContext();
     if (!context)
         return;
+    makeDocumentSettings();
     TAContextDatabase::disableUndoRegistrationInContext(context);
     const TAInvoice::TotalsSettings settings = TAInvoice::totalsSettingsInContext(context);
     for (TAInvoice *invoice : TAContextDatabase::getInvoicesInContext(context))

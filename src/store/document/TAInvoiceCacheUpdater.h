@@ -63,6 +63,7 @@ signals:
 
 private:
     bool canRunInBackground() const;
+    void makeDocumentSettings();
     bool saveBeforeBackgroundRun();
     void enqueue(QList<ObjectID> invoiceIDs, bool allInvoices);
     void cacheReload();

@@ -392,12 +392,21 @@ void TAInvoice::cacheTotalTaxes() {
     setTotalTaxes(DecimalMath::add(orZero(itemTaxes()), orZero(totalTax2()), behavior()));
 }
 
+// Looks up without making anything: the cache updater's worker reads with this, and a
+// document's missing preferences or default currency are the main thread's to make (the
+// first asks the user's address card, the second the user's locale).
 TAInvoice::TotalsSettings TAInvoice::totalsSettingsInContext(ManagedObjectContext *context) {
     if (!context)
         return {};
-    const TAPreferences *preferences = TAContextDatabase::getPreferencesInContext(context);
-    return {preferences && preferences->taxesEnabled(), preferences && preferences->taxesCombined(),
-            TAContextDatabase::getDefaultCurrencyInContext(context)};
+    using CDB = TAContextDatabase;
+    const CDB::ObjectList preferences =
+        CDB::fetchEntity(TAEntity::Preferences, QStringLiteral("allPreferences"), context);
+    const CDB::ObjectList currencies =
+        CDB::fetchEntity(TAEntity::Currency, QStringLiteral("defaultCurrency"), context);
+    const auto *settings =
+        preferences.isEmpty() ? nullptr : objectAs<TAPreferences>(preferences.first());
+    return {settings && settings->taxesEnabled(), settings && settings->taxesCombined(),
+            currencies.isEmpty() ? nullptr : objectAs<TACurrency>(currencies.first())};
 }
 
 void TAInvoice::updateCachedValues() {

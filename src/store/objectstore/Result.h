@@ -11,6 +11,8 @@
 struct Error {
     int code = 0;
     QString message;
+    // Which family the code belongs to, for the few callers that match codes across modules.
+    QString domain = {};
 };
 
 // A value or an Error. Errors are values here: no exceptions cross module or event-loop
@@ -65,5 +67,6 @@ enum : int {
     WriteFailed,
     UnknownEntity,
     InvalidPredicate,
+    FileChangedElsewhere,
 };
 }

@@ -2,6 +2,7 @@
 
 #include "billing/dates/ScopedFixedClock.h"
 #include "invoicelayout/LMBuiltInTemplates.h"
+#include "invoicelayout/values/TANotificationCenter.h"
 #include "store/TAGlobal.h"
 #include "store/document/TADocumentJobs.h"
 #include "store/document/TADocumentWindow.h"
@@ -13,6 +14,7 @@
 #include "store/objectstore/UndoManager.h"
 
 #include <QFile>
+#include <QLocale>
 
 #include <fcntl.h>
 #include <linux/fs.h>
@@ -58,6 +60,11 @@ bool setImmutable(const QString &path, bool on) {
     return done;
 }
 
+QByteArray fileBytes(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 class DocumentLifecycle : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -89,7 +96,12 @@ protected:
 } // namespace
 
 TEST_F(DocumentLifecycle, NewDocumentRunsTheStepsAndHoldsTheBasics) {
+    // The default currency is the user's: the totals computed earlier in the opening must
+    // not make one of their own first.
+    const QLocale previous;
+    QLocale::setDefault(QLocale(QStringLiteral("de_DE")));
     auto opened = controller().openUntitledDocument();
+    QLocale::setDefault(previous);
     ASSERT_TRUE(opened.ok());
     TADocument *document = *opened;
     EXPECT_EQ(window.steps, (QStringList{"controllers", "tabs", "statusMenu", "cacheReload",
@@ -98,6 +110,7 @@ TEST_F(DocumentLifecycle, NewDocumentRunsTheStepsAndHoldsTheBasics) {
     EXPECT_EQ(count(document, "Preferences"), 1);
     ASSERT_EQ(count(document, "Currency"), 1);
     EXPECT_TRUE(document->database().getDefaultCurrency()->isDefault());
+    EXPECT_EQ(document->database().getDefaultCurrency()->code(), QStringLiteral("EUR"));
     EXPECT_EQ(count(document, "InvoiceTemplate"), LMBuiltInTemplates::templateNames().size());
     for (const char *none : {"Client", "Project", "Invoice", "Tax", "Inventory", "Item"})
         EXPECT_EQ(count(document, none), 0) << none;
@@ -166,6 +179,10 @@ TEST_F(DocumentLifecycle, SaveAsOntoAnotherOpenDocumentIsRefused) {
     auto refused = second->saveAs(path("first.tadb"));
     ASSERT_FALSE(refused.ok());
     EXPECT_EQ(refused.error().code, TADocument::kFileIsOpenCode);
+    EXPECT_EQ(refused.error().domain, TADocument::kFileIsOpenDomain);
+    // Another name of the same file is the same file.
+    ASSERT_TRUE(QFile::link(path("first.tadb"), path("link.tadb")));
+    EXPECT_EQ(second->saveAs(path("link.tadb")).error().code, TADocument::kFileIsOpenCode);
     EXPECT_EQ(refused.error().message,
               QStringLiteral("Another file saved in this location is already opened. Please close "
                              "it and try again."));
@@ -241,6 +258,83 @@ TEST_F(DocumentLifecycle, DocumentOnAReadOnlyStoreIsLockedToo) {
     auto opened = controller().openDocumentWithContentsOfURL(path("locked.tadb"), true);
     ASSERT_TRUE(opened.ok()) << opened.error().message.toStdString();
     expectLockedBehaviour(*opened);
+}
+
+TEST_F(DocumentLifecycle, LockedDocumentSavesItsEditsUnderANewNameAndLeavesItsFile) {
+    makeLockedCandidate();
+    const QByteArray before = fileBytes(path("locked.tadb"));
+    TADocument *document = *controller().openDocumentWithContentsOfURL(path("locked.tadb"), true);
+    document->database().getInvoices().value(0)->setIdentification(QStringLiteral("R-8"));
+    ASSERT_TRUE(document->saveAs(path("copy.tadb")).ok());
+    EXPECT_FALSE(document->isLockedOrInReadOnlyMode());
+    EXPECT_EQ(document->fileURL(), QFileInfo(path("copy.tadb")).absoluteFilePath());
+    controller().closeDocument(document);
+    EXPECT_EQ(fileBytes(path("locked.tadb")), before);
+    document = *controller().openDocumentWithContentsOfURL(path("copy.tadb"));
+    EXPECT_EQ(document->database().getInvoices().value(0)->identification(), QStringLiteral("R-8"));
+}
+
+TEST_F(DocumentLifecycle, SaveRefusesToOverwriteAnotherProgramsWrite) {
+    TADocument *document = *controller().openUntitledDocument();
+    ASSERT_TRUE(document->saveAs(path("shared.tadb")).ok());
+    document->database().createInvoice()->setIdentification(QStringLiteral("ours"));
+    // Another program commits: only the write-ahead log shows it.
+    QFile log(path("shared.tadb") + QStringLiteral("-wal"));
+    ASSERT_TRUE(log.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(log.setFileTime(QDateTime::currentDateTimeUtc().addSecs(60),
+                                QFileDevice::FileModificationTime));
+    log.close();
+    EXPECT_TRUE(document->fileWasChangedByAnotherProgram());
+    auto refused = document->save();
+    ASSERT_FALSE(refused.ok());
+    EXPECT_EQ(refused.error().code, ErrorCode::FileChangedElsewhere);
+    EXPECT_FALSE(document->autosaveWithImplicitCancellability());
+    // Our own saves past the regular path never count as another program's.
+    document->replaceRecordedModificationDate();
+    EXPECT_TRUE(document->save().ok());
+    EXPECT_FALSE(document->fileWasChangedByAnotherProgram());
+}
+
+TEST_F(DocumentLifecycle, MergeNotificationsBracketUndoForOpenDocumentsOnly) {
+    TADocument *document = *controller().openUntitledDocument();
+    ASSERT_TRUE(document->saveAs(path("merged.tadb")).ok());
+    UndoManager *undo = document->managedObjectContext()->undoManager();
+    TANotificationCenter &center = TANotificationCenter::defaultCenter();
+    center.postNotificationName(QStringLiteral("prepareForMerge"), nullptr);
+    EXPECT_FALSE(undo->isUndoRegistrationEnabled());
+    center.postNotificationName(QStringLiteral("changesMerged"), nullptr);
+    EXPECT_TRUE(undo->isUndoRegistrationEnabled());
+    EXPECT_TRUE(document->fileModificationDate().isNull());
+    controller().closeDocument(document);
+    // A closed document no longer listens.
+    center.postNotificationName(QStringLiteral("prepareForMerge"), nullptr);
+    center.postNotificationName(QStringLiteral("changesMerged"), nullptr);
+}
+
+TEST_F(DocumentLifecycle, ClosingSavesWhatTheLastAutosaveMissed) {
+    TADocument *document = *controller().openUntitledDocument();
+    ASSERT_TRUE(document->saveAs(path("late.tadb")).ok());
+    document->database().createInvoice()->setIdentification(QStringLiteral("late edit"));
+    document->updateChangeCount(TADocument::ChangeDone);
+    controller().closeDocument(document);
+    document = *controller().openDocumentWithContentsOfURL(path("late.tadb"));
+    ASSERT_EQ(document->database().getInvoices().size(), 1);
+    EXPECT_EQ(document->database().getInvoices().value(0)->identification(),
+              QStringLiteral("late edit"));
+}
+
+TEST_F(DocumentLifecycle, RevertThatCannotReadTheFileLeavesTheDocumentAsItWas) {
+    TADocument *document = *controller().openUntitledDocument();
+    ASSERT_TRUE(document->saveAs(path("gone.tadb")).ok());
+    document->database().createInvoice()->setIdentification(QStringLiteral("unsaved"));
+    ASSERT_TRUE(QFile::remove(path("gone.tadb")));
+    EXPECT_FALSE(document->revertToContentsOfURL().ok());
+    EXPECT_FALSE(TADocumentController::isReverting());
+    ASSERT_NE(document->managedObjectContext(), nullptr);
+    EXPECT_EQ(document->database().getInvoices().value(0)->identification(),
+              QStringLiteral("unsaved"));
+    EXPECT_TRUE(document->timersRunning());
+    EXPECT_TRUE(document->undoWindowEnabled());
 }
 
 TEST_F(DocumentLifecycle, ImmutableFileIsLocked) {
