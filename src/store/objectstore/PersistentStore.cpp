@@ -170,6 +170,18 @@ QString PersistentStore::linkEntityColumn(const QString &name) {
     return QStringLiteral("r_") + name + QStringLiteral("_e");
 }
 
+namespace {
+
+// A file whose mode allows no one to write is meant to stay as it is, even for a user whose
+// rights would let the write through (root).
+bool permitsWriting(const QFileInfo &info) {
+    constexpr QFile::Permissions anyWrite =
+        QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther;
+    return info.isWritable() && (info.permissions() & anyWrite);
+}
+
+} // namespace
+
 PersistentStore::~PersistentStore() = default;
 
 Result<StoreMetadata> PersistentStore::metadataForFile(const QString &path) {
@@ -187,7 +199,6 @@ Result<StoreMetadata> PersistentStore::metadataForFile(const QString &path) {
         return Error{ErrorCode::FileNotADocument,
                      QStringLiteral("“%1” is not a Billfold document.").arg(displayName(path))};
     // Read as immutable: no lock, no log, no side file is made next to a file we may refuse.
-    // The identity rows are written once, at creation, so the log cannot hide a newer one.
     auto connection =
         SqliteConnection::open(immutableUri(path), SqliteConnection::Mode::ReadOnly, true);
     if (!connection)
@@ -195,6 +206,14 @@ Result<StoreMetadata> PersistentStore::metadataForFile(const QString &path) {
     auto meta = readMeta(**connection, path);
     if (!meta)
         return meta.error();
+    // An upgrade rewrites the identity rows, and until a checkpoint they live in the log
+    // beside the file: read through the log then, or a newer model would pass for an older.
+    if (const QFileInfo log(path + QStringLiteral("-wal")); log.exists() && log.size() > 0) {
+        auto live = SqliteConnection::open(path, SqliteConnection::Mode::ReadOnly);
+        if (live)
+            if (auto logged = readMeta(**live, path))
+                meta = std::move(logged);
+    }
     if (looksTruncated(path, **connection))
         return Error{
             ErrorCode::FileDamaged,
@@ -226,7 +245,7 @@ Result<std::shared_ptr<PersistentStore>> PersistentStore::open(const QString &pa
                          .arg(displayName(path), metadata->modelVersion)};
 
     const QFileInfo info(path);
-    const bool writable = info.isWritable() && QFileInfo(info.absolutePath()).isWritable();
+    const bool writable = permitsWriting(info) && permitsWriting(QFileInfo(info.absolutePath()));
     std::shared_ptr<PersistentStore> store(new PersistentStore);
     store->m_model = &model;
     store->m_path = info.absoluteFilePath();
