@@ -180,6 +180,23 @@ bool permitsWriting(const QFileInfo &info) {
     return info.isWritable() && (info.permissions() & anyWrite);
 }
 
+bool keptByModel(const EntityDescription &old, const ManagedObjectModel &model) {
+    const EntityDescription *now = model.entity(old.name());
+    if (!now)
+        return false;
+    for (const auto &a : old.attributes()) {
+        const AttributeDescription *n = now->attribute(a.name);
+        if (!n || n->type != a.type)
+            return false;
+    }
+    for (const auto &r : old.relationships()) {
+        const RelationshipDescription *n = now->relationship(r.name);
+        if (!n || n->toMany != r.toMany || n->destinationEntityName != r.destinationEntityName)
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 PersistentStore::~PersistentStore() = default;
@@ -415,25 +432,15 @@ Result<void> PersistentStore::upgradeIfNeeded(SqliteConnection &connection,
         if (candidate && candidate->versionHash() == metadata.modelHash)
             older = candidate;
     // Only additions are upgraded in place: every entity, attribute and link of the older
-    // model must still exist with the same type.
-    for (const EntityDescription *old : older->entities()) {
-        const EntityDescription *now = m_model->entity(old->name());
-        if (!now)
+    // model must still exist with the same type, and a link with the same destination and
+    // cardinality, or the rows would be read as something they are not.
+    for (const EntityDescription *old : older->entities())
+        if (!keptByModel(*old, *m_model))
             return Error{
                 ErrorCode::FileNewerModel,
                 QStringLiteral(
                     "“%1” uses an older data model (“%2”) that cannot be upgraded in place.")
                     .arg(displayName(m_path), metadata.modelVersion)};
-        for (const auto &a : old->attributes()) {
-            const AttributeDescription *n = now->attribute(a.name);
-            if (!n || n->type != a.type)
-                return Error{
-                    ErrorCode::FileNewerModel,
-                    QStringLiteral(
-                        "“%1” uses an older data model (“%2”) that cannot be upgraded in place.")
-                        .arg(displayName(m_path), metadata.modelVersion)};
-        }
-    }
     return initialise(connection, false);
 }
 

@@ -126,6 +126,26 @@ TEST_F(StoreFile, UnknownModelIsRefusedAndAnOlderOneIsUpgradedInPlace) {
     EXPECT_EQ(meta->modelHash, model->versionHash());
 }
 
+TEST_F(StoreFile, OlderModelWhoseLinkChangedShapeIsNotUpgradedInPlace) {
+    ManagedObjectModel older(QStringLiteral("Test_0"));
+    older.addEntity(QStringLiteral("Owner"))
+        .addAttribute(QStringLiteral("name"), AttributeType::String);
+    // A note's "owner" was once another note; now it is an owner.
+    older.addEntity(QStringLiteral("Note"))
+        .addAttribute(QStringLiteral("text"), AttributeType::String)
+        .addToOne(QStringLiteral("owner"), QStringLiteral("Note"));
+    ASSERT_TRUE(older.finish().ok());
+    const QString path = dir.filePath(QStringLiteral("reshaped.tadb"));
+    writeDocument(path, older, 2);
+    const QByteArray before = fileHash(path);
+    PersistentStore::Options options;
+    options.olderModels = {&older};
+    auto refused = PersistentStore::open(path, *model, options);
+    ASSERT_FALSE(refused.ok());
+    EXPECT_TRUE(refused.error().message.contains(QStringLiteral("cannot be upgraded in place")));
+    EXPECT_EQ(fileHash(path), before);
+}
+
 TEST_F(StoreFile, NewerModelRecordedOnlyInTheLogIsRefusedToo) {
     // What a newer program leaves when it upgraded the file and stopped before a checkpoint.
     const QString path = dir.filePath(QStringLiteral("newer.tadb"));
