@@ -326,6 +326,14 @@ Result<void> TADocument::writeContext() {
     }
 }
 
+Result<void> TADocument::moveContextTo(const QString &path) {
+    try {
+        return m_context->saveAs(path);
+    } catch (const std::exception &) {
+        return Error{ErrorCode::WriteFailed, QString()};
+    }
+}
+
 Result<void> TADocument::save() {
     if (!m_context)
         return Error{ErrorCode::WriteFailed, tr("The document has nothing to save.")};
@@ -352,10 +360,8 @@ Result<void> TADocument::saveAs(const QString &path) {
         return allowed;
     // The store moves to the new file first and the changes are written there: the old file
     // keeps its last saved state, and a locked file's edits can still go somewhere new.
-    if (auto written = m_store->saveAs(path); !written)
+    if (auto written = moveContextTo(path); !written)
         return written;
-    if (auto saved = writeContext(); !saved)
-        return saved;
     recordSavedModificationDate();
     updateChangeCount(ChangeCleared);
     m_autosaveTimer.stop();

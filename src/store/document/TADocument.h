@@ -121,6 +121,7 @@ private:
     void disableDocumentStuff();
     void recordSavedModificationDate();
     Result<void> writeContext();
+    Result<void> moveContextTo(const QString &path);
     void connectUndoManager();
     void observeMergeNotifications(bool observe);
 

@@ -75,6 +75,9 @@ public:
 
     // Writes every change since the last save in one transaction.
     Result<void> save();
+    // Moves the store to a new file, copied through this context's own connection, and
+    // writes the unsaved changes there.
+    Result<void> saveAs(const QString &path);
     // Back to the state of the last save; clears undo.
     void rollback();
     // Forgets every object (pointers become invalid) and clears undo.

@@ -144,6 +144,13 @@ void bindValue(sqlite3_stmt *stmt, int index, const QVariant &value, AttributeTy
 
 } // namespace
 
+Result<void> ManagedObjectContext::saveAs(const QString &path) {
+    const bool current = m_connection && m_connectionGeneration == m_store->generation();
+    if (auto moved = m_store->saveAs(path, current ? m_connection.get() : nullptr); !moved)
+        return moved;
+    return save();
+}
+
 SqliteConnection *ManagedObjectContext::connection() {
     const quint64 generation = m_store->generation();
     if (!m_connection || generation != m_connectionGeneration) {

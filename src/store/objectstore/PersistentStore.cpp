@@ -488,14 +488,19 @@ Result<void> PersistentStore::readLayout(SqliteConnection &connection) {
     return {};
 }
 
-Result<void> PersistentStore::saveAs(const QString &path) {
+Result<void> PersistentStore::saveAs(const QString &path, SqliteConnection *given) {
     const QFileInfo target(path);
     const QString temporary = target.absolutePath() + QStringLiteral("/.") + target.fileName() +
                               QStringLiteral(".saving-") +
                               QUuid::createUuid().toString(QUuid::Id128);
-    auto source = openConnection();
-    if (!source)
-        return source.error();
+    std::unique_ptr<SqliteConnection> opened;
+    if (!given) {
+        auto connection = openConnection();
+        if (!connection)
+            return connection.error();
+        opened = std::move(*connection);
+    }
+    SqliteConnection *source = given ? given : opened.get();
     auto failed = [&](const QString &detail) -> Result<void> {
         QFile::remove(temporary);
         QFile::remove(temporary + QStringLiteral("-wal"));
@@ -509,7 +514,7 @@ Result<void> PersistentStore::saveAs(const QString &path) {
         if (!destination)
             return failed(destination.error().message);
         sqlite3_backup *backup =
-            sqlite3_backup_init((*destination)->handle(), "main", (*source)->handle(), "main");
+            sqlite3_backup_init((*destination)->handle(), "main", source->handle(), "main");
         if (!backup)
             return failed((*destination)->lastError());
         const int rc = sqlite3_backup_step(backup, -1);

@@ -61,7 +61,10 @@ public:
 
     // Writes the saved state to a new file (atomically: a temporary file renamed into place)
     // and makes that file this store's home. Unsaved changes in contexts are not included.
-    Result<void> saveAs(const QString &path);
+    // Copies the saved state to a new file and moves the store there. The copy is read from
+    // the connection given, when there is one, which reaches the file even after it was moved
+    // or deleted under us.
+    Result<void> saveAs(const QString &path, SqliteConnection *source = nullptr);
 
     // For contexts.
     Result<std::unique_ptr<SqliteConnection>> openConnection() const;

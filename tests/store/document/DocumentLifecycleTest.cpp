@@ -324,6 +324,7 @@ TEST_F(DocumentLifecycle, ClosingSavesWhatTheLastAutosaveMissed) {
 TEST_F(DocumentLifecycle, RevertThatCannotReadTheFileLeavesTheDocumentAsItWas) {
     TADocument *document = *controller().openUntitledDocument();
     ASSERT_TRUE(document->saveAs(path("gone.tadb")).ok());
+    ASSERT_TRUE(document->database().getInvoices().isEmpty()); // reads the file
     document->database().createInvoice()->setIdentification(QStringLiteral("unsaved"));
     ASSERT_TRUE(QFile::remove(path("gone.tadb")));
     EXPECT_FALSE(document->revertToContentsOfURL().ok());
@@ -333,6 +334,14 @@ TEST_F(DocumentLifecycle, RevertThatCannotReadTheFileLeavesTheDocumentAsItWas) {
               QStringLiteral("unsaved"));
     EXPECT_TRUE(document->timersRunning());
     EXPECT_TRUE(document->undoWindowEnabled());
+    // The deleted file is still reached through the open document: saved elsewhere, nothing
+    // is lost.
+    ASSERT_TRUE(document->saveAs(path("rescued.tadb")).ok());
+    controller().closeDocument(document);
+    document = *controller().openDocumentWithContentsOfURL(path("rescued.tadb"));
+    EXPECT_EQ(document->database().getInvoices().value(0)->identification(),
+              QStringLiteral("unsaved"));
+    EXPECT_EQ(count(document, "InvoiceTemplate"), LMBuiltInTemplates::templateNames().size());
 }
 
 TEST_F(DocumentLifecycle, ImmutableFileIsLocked) {
