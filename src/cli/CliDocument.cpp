@@ -1,12 +1,9 @@
 #include "cli/CliDocument.h"
 
-#include "store/TAContextDatabase.h"
 #include "store/document/TADocModelVersions.h"
 #include "store/document/TADocument.h"
 #include "store/document/TADocumentController.h"
 #include "store/document/TAInvoiceCacheUpdater.h"
-#include "store/entities/TAInvoice.h"
-#include "store/entities/TARecurringInvoice.h"
 #include "store/objectstore/ManagedObjectModel.h"
 #include "store/objectstore/SqliteConnection.h"
 
@@ -195,17 +192,10 @@ void CliDocument::clearContents() {
     m_document->database().enableUndoRegistration();
 }
 
-// The loop of the desktop's refresh of all invoices, without its making of the preferences
-// and default currency first: a document without them is shown and written without them.
+// Without the desktop's making of the preferences and default currency first: a document
+// without them is shown and written without them.
 void CliDocument::refreshCachedTotals() {
-    ManagedObjectContext *ctx = &context();
-    TAContextDatabase::disableUndoRegistrationInContext(ctx);
-    const TAInvoice::TotalsSettings settings = TAInvoice::totalsSettingsInContext(ctx);
-    for (TAInvoice *invoice : TAContextDatabase::getInvoicesInContext(ctx))
-        invoice->updateCachedValuesWithSettings(settings);
-    for (TARecurringInvoice *recurring : TAContextDatabase::getRecurringInvoicesInContext(ctx))
-        recurring->updateCachedValuesWithSettings(settings);
-    TAContextDatabase::enableUndoRegistrationInContext(ctx);
+    TAInvoiceCacheUpdater::updateAllCachedValuesInContext(&context());
 }
 
 QString CliDocument::fileModelVersion() const {

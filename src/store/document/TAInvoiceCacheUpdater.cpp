@@ -186,6 +186,11 @@ void TAInvoiceCacheUpdater::onMainThreadUpdateInvoicesCache() {
     if (!context)
         return;
     makeDocumentSettings();
+    updateAllCachedValuesInContext(context);
+    cacheReload();
+}
+
+void TAInvoiceCacheUpdater::updateAllCachedValuesInContext(ManagedObjectContext *context) {
     TAContextDatabase::disableUndoRegistrationInContext(context);
     const TAInvoice::TotalsSettings settings = TAInvoice::totalsSettingsInContext(context);
     for (TAInvoice *invoice : TAContextDatabase::getInvoicesInContext(context))
@@ -193,7 +198,6 @@ void TAInvoiceCacheUpdater::onMainThreadUpdateInvoicesCache() {
     for (TARecurringInvoice *recurring : TAContextDatabase::getRecurringInvoicesInContext(context))
         recurring->updateCachedValuesWithSettings(settings);
     TAContextDatabase::enableUndoRegistrationInContext(context);
-    cacheReload();
 }
 
 void TAInvoiceCacheUpdater::onMainThreadUpdateInvoiceCacheWithObjectId(const ObjectID &invoiceID) {

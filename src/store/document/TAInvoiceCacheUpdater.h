@@ -42,6 +42,9 @@ public:
     void updateInvoicesCache();
     void updateInvoiceCacheWithObjectId(const ObjectID &invoiceID);
     void onMainThreadUpdateInvoicesCache();
+    // Every invoice's and recurring invoice's totals, at once and with undo off. Makes neither
+    // preferences nor a default currency: a document without them is totalled without them.
+    static void updateAllCachedValuesInContext(ManagedObjectContext *context);
     void onMainThreadUpdateInvoiceCacheWithObjectId(const ObjectID &invoiceID);
     // Applies one value record ("objectID" and the six decimals) outside undo.
     void updateInvoiceChachedValues(const QVariantMap &record);
