@@ -231,7 +231,7 @@ TEST_F(CliJsonRoundTripTest, TheSamplesChangeDatesMoveWithItsOtherDates) {
     };
     const QJsonObject same = objectsOf("same.tadb", *anchor);
     const QJsonObject later = objectsOf("later.tadb", anchor->addDays(10));
-    QFile source(QStringLiteral(BILLFOLD_TEST_DATA "/../../src/resources/sample/Sample.json"));
+    QFile source(QStringLiteral(BILLFOLD_SOURCE_DIR "/src/resources/sample/Sample.json"));
     ASSERT_TRUE(source.open(QIODevice::ReadOnly));
     const QByteArray sample = source.readAll();
     int dated = 0;
