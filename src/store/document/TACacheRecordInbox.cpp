@@ -23,3 +23,8 @@ void TACacheRecordInbox::clear() {
     QMutexLocker lock(&m_mutex);
     m_records.clear();
 }
+
+bool TACacheRecordInbox::hasPending() const {
+    QMutexLocker lock(&m_mutex);
+    return m_drainPending || !m_records.empty();
+}

@@ -16,9 +16,11 @@ public:
     // Main side; false when nothing is left, and the next put asks for a drain again.
     bool take(QVariantMap *record);
     void clear();
+    // True while records wait, or a drain was asked for and has not yet found the inbox empty.
+    bool hasPending() const;
 
 private:
-    QMutex m_mutex;
+    mutable QMutex m_mutex;
     std::deque<QVariantMap> m_records;
     bool m_drainPending = false;
 };

@@ -339,6 +339,13 @@ Result<void> TADocument::save() {
         return Error{ErrorCode::WriteFailed, tr("The document has nothing to save.")};
     if (fileURL().isEmpty())
         return Error{ErrorCode::WriteFailed, tr("The document has no file yet.")};
+    // A file made immutable after it was opened still takes commits into its write-ahead log,
+    // which would then sit beside a file that must not change: refuse before writing.
+    if (isLockedOrInReadOnlyMode())
+        return Error{ErrorCode::FileReadOnly,
+                     tr("“%1” is locked or read-only, so your changes were not saved. They are "
+                        "still in the document: use Save As to keep them in another file.")
+                         .arg(QFileInfo(fileURL()).fileName())};
     // Writing now would silently undo what the other program wrote.
     if (fileWasChangedByAnotherProgram())
         return Error{ErrorCode::FileChangedElsewhere,

@@ -256,6 +256,12 @@ void TAInvoiceCacheUpdater::cacheReload() {
     emit cacheReloaded();
 }
 
+bool TAInvoiceCacheUpdater::isIdle() const {
+    // The worker counts as active until its run has returned, so every record of a finished
+    // run is in the inbox before the pool reads idle: ask the pool first.
+    return m_queue.activeThreadCount() == 0 && !m_inbox->hasPending();
+}
+
 void TAInvoiceCacheUpdater::stop() {
     m_cancelled->store(true);
     m_queue.clear();

@@ -56,6 +56,9 @@ public:
     static void setDrainBudget(qint64 nanoseconds);
     // Lets the worker finish what it was given; its records still arrive through the loop.
     void waitForDone() { m_queue.waitForDone(); }
+    // True when no run is queued or running and everything the worker sent has been applied:
+    // what a caller waits for before it looks at the totals.
+    bool isIdle() const;
     // Drops work not yet started, asks a running operation to stop, and waits for it.
     void stop();
 

@@ -3,6 +3,7 @@
 #include "billing/money/Decimal.h"
 #include "store/document/TADocument.h"
 #include "store/document/TADocumentController.h"
+#include "store/document/TAInvoiceCacheUpdater.h"
 #include "store/objectstore/ObjectID.h"
 
 #include <QCoreApplication>
@@ -43,6 +44,12 @@ inline bool spinUntil(const std::function<bool()> &condition, int limitMs = 2000
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     }
     return true;
+}
+
+// Runs the event loop until the document's cache worker has finished all it was given and its
+// values have been applied; false when it never does.
+inline bool waitForCacheWorker(TADocument *document) {
+    return spinUntil([document] { return document->cacheUpdater().isIdle(); });
 }
 
 inline Decimal dec(const char *text) {
