@@ -16,6 +16,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -353,9 +354,14 @@ TEST_F(StoreFile, KillDuringSaveLeavesTheLastSavedStateReadable) {
     QRandomGenerator generator(7);
     qint64 lastGeneration = -1;
     for (int round = 0; round < 6; ++round) {
+        // The child says when its first save is done, so the first round is known to kill a
+        // saving child whatever the build's speed; a guessed delay could end before that.
+        int firstSave[2];
+        ASSERT_EQ(pipe(firstSave), 0);
         const pid_t child = fork();
         ASSERT_GE(child, 0);
         if (child == 0) {
+            ::close(firstSave[0]);
             auto store = PersistentStore::open(path, *model);
             if (!store.ok())
                 _exit(3);
@@ -371,14 +377,25 @@ TEST_F(StoreFile, KillDuringSaveLeavesTheLastSavedStateReadable) {
                     o->setValueForKey(generation, QStringLiteral("count"));
                 if (!ctx.save().ok())
                     _exit(4);
+                if (firstSave[1] >= 0) {
+                    if (::write(firstSave[1], "s", 1) != 1)
+                        _exit(5);
+                    ::close(std::exchange(firstSave[1], -1));
+                }
             }
         }
-        // The first round runs long enough for a first save even in a sanitizer build.
-        usleep(round == 0 ? 600000 : 20000 + generator.bounded(80000));
+        ::close(firstSave[1]);
+        // The read end stays open until the child is gone: its byte must not meet a closed
+        // pipe. A read that ends without the byte means the child died; its status says why.
+        char byte = 0;
+        const bool waited = round > 0 || ::read(firstSave[0], &byte, 1) == 1;
+        // Later rounds may be killed before their first save, and any save may be cut short.
+        usleep(20000 + generator.bounded(80000));
         kill(child, SIGKILL);
         int status = 0;
         waitpid(child, &status, 0);
-        ASSERT_TRUE(WIFSIGNALED(status))
+        ::close(firstSave[0]);
+        ASSERT_TRUE(waited && WIFSIGNALED(status))
             << "the saving child stopped on its own: " << WEXITSTATUS(status);
 
         auto store = PersistentStore::open(path, *model);
