@@ -19,6 +19,11 @@
 // Every operation builds an exact (or exactly-sticky) intermediate, then one function,
 // finish(), rounds it to 38 digits and to the scale asked for, in one step. Small operands take
 // a 64/128-bit fast path; the rest go through 512-bit integers.
+//
+// The range is that of the documents' amounts: below 10^38 in magnitude, nothing finer than
+// 10^-128. A result beyond it overflows and is not-a-number; so is a result that a scale asks
+// to keep to more than 38 digits, since rounding it anywhere else would change the amount
+// above the places the currency keeps.
 
 namespace {
 
@@ -28,8 +33,18 @@ using Mode = Decimal::RoundingMode;
 using Error = Decimal::CalculationError;
 
 constexpr int kMinExponent = -128;
-constexpr int kMaxLeadingPosition = 127 + Decimal::kMaxDigits - 1;
+// The leading digit of the largest value stands for 10^37: whole parts have 38 digits at most.
+constexpr int kMaxLeadingPosition = Decimal::kMaxDigits - 1;
 constexpr int kWidePowers = 155;
+// A dividend of 38 digits shifted this far still fits 512 bits.
+constexpr int kMaxDivisionShift = 115;
+// Scales finer than this are taken as none: the digits down to them would not fit the 512-bit
+// intermediates, and no currency comes near.
+constexpr int kFinestScale = 100;
+
+bool isScaled(int minExponent) {
+    return minExponent >= -kFinestScale;
+}
 
 constexpr std::array<UInt128, 39> makePow10() {
     std::array<UInt128, 39> table{};
@@ -191,6 +206,19 @@ Dropped dropDigits(const Wide &mag, int k, int digits, Mode mode, bool negative)
     return {static_cast<UInt128>(q), inexact};
 }
 
+// mag / 10^k (1 <= k < digits) rounded by the mode, kept wide: the quotient may need more
+// than 128 bits.
+Wide roundedWide(const Wide &mag, int k, Mode mode, bool negative) {
+    const Wide &p = widePow10()[k];
+    Wide q = mag / p;
+    const Wide r = mag - q * p;
+    const Wide half = p / 2;
+    const int versusHalf = r < half ? -1 : (r == half ? 0 : 1);
+    if (roundsAway(mode, negative, bit_test(q, 0), versusHalf, r != 0))
+        ++q;
+    return q;
+}
+
 UInt128 toUInt128(UInt128 v) {
     return v;
 }
@@ -224,6 +252,8 @@ public:
         if (mag == 0)
             return {};
         const int digits = digitCount(mag);
+        if (isScaled(minExponent))
+            return finishAtScale(negative, mag, exponent, digits, mode, minExponent);
         const int forDigits = exponent + digits - Decimal::kMaxDigits;
         const int keep = std::max({exponent, forDigits, minExponent, kMinExponent});
         Error error = Error::None;
@@ -240,6 +270,32 @@ public:
         }
         const Decimal result = normalized(negative, kept, keep);
         return {result, result.m_nan ? Error::Overflow : error};
+    }
+
+    // Rounds to the scale alone: the result holds every digit down to it, or it overflows.
+    template <class Mag>
+    static Outcome finishAtScale(bool negative, const Mag &mag, int exponent, int digits, Mode mode,
+                                 int minExponent) {
+        const int keep = std::max(exponent, minExponent);
+        const int k = keep - exponent;
+        if (digits - k <= Decimal::kMaxDigits) {
+            // 38 digits at most, or 39 when rounding carries, and those end in zeros.
+            const UInt128 kept =
+                k > 0 ? dropDigits(mag, k, digits, mode, negative).kept : toUInt128(mag);
+            const Decimal result = normalized(negative, kept, keep);
+            return {result, result.m_nan ? Error::Overflow : Error::None};
+        }
+        // More digits down to the scale than a value holds: only trailing zeros can save it.
+        Wide kept = k > 0 ? roundedWide(Wide(mag), k, mode, negative) : Wide(mag);
+        int at = keep;
+        while (kept != 0 && kept % 10 == 0) {
+            kept /= 10;
+            ++at;
+        }
+        if (kept != 0 && digitCount(kept) > Decimal::kMaxDigits)
+            return {Decimal::notANumber(), Error::Overflow};
+        const Decimal result = normalized(negative, static_cast<UInt128>(kept), at);
+        return {result, result.m_nan ? Error::Overflow : Error::None};
     }
 
     static Decimal normalized(bool negative, UInt128 mag, int exponent) {
@@ -347,9 +403,13 @@ Outcome DecimalAccess::addWide(const Decimal &a, const Decimal &b, Mode mode, in
     if (small.lead() > big.lead())
         std::swap(big, small);
     // A term far below the last digit that can survive only decides the rounding direction;
-    // any magnitude below that digit's hundredth decides it the same way.
-    if (small.lead() < big.lead() - 40)
-        small = {small.negative, 1, big.lead() - 41};
+    // any magnitude below that digit's hundredth decides it the same way. Under a scale the
+    // digits down to it survive or the sum overflows.
+    int cut = big.lead() - 40;
+    if (isScaled(minExponent))
+        cut = std::min(cut, minExponent - 2);
+    if (small.lead() < cut)
+        small = {small.negative, 1, cut - 1};
     const int e = std::min(big.exponent, small.exponent);
     const Wide x = Wide(big.mag) * widePow10()[big.exponent - e];
     const Wide y = Wide(small.mag) * widePow10()[small.exponent - e];
@@ -382,12 +442,22 @@ Outcome DecimalAccess::divide(const Decimal &a, const Decimal &b, Mode mode, int
     const UInt128 mb = magnitude(b);
     if (const auto fast = divideNarrow(a, b, mode, minExponent))
         return *fast;
-    // Scale the dividend so the quotient has at least 39 digits; the remainder becomes a
-    // sticky digit, so one rounding step gives the correctly rounded result.
-    const int shift = Decimal::kMaxDigits + 1 + digitCount(mb) - digitCount(ma);
+    // Scale the dividend so the quotient has at least 39 digits, and reaches below the scale
+    // asked for; the remainder becomes a sticky digit, so one rounding step gives the
+    // correctly rounded result.
+    int shift = Decimal::kMaxDigits + 1 + digitCount(mb) - digitCount(ma);
+    const bool scaled = isScaled(minExponent);
+    if (scaled) // a guard digit of the quotient below the scale, and the sticky one under it
+        shift = std::max(shift, a.m_exponent - b.m_exponent - minExponent + 1);
+    const bool capped = shift > kMaxDivisionShift;
+    shift = std::min(shift, kMaxDivisionShift);
     const Wide x = Wide(ma) * widePow10()[shift];
     const Wide q = x / mb;
     const bool inexact = q * mb != x;
+    // The scale lies so far below the quotient's first digit that an inexact quotient holds
+    // far more than 38 digits down to it.
+    if (scaled && capped && inexact)
+        return {Decimal::notANumber(), Error::Overflow};
     const Wide withSticky = q * 10 + (inexact ? 1 : 0);
     return finish(negative(a) != negative(b), withSticky, a.m_exponent - b.m_exponent - shift - 1,
                   mode, minExponent);
@@ -434,6 +504,10 @@ std::optional<Outcome> DecimalAccess::divideNarrow(const Decimal &a, const Decim
     const bool fullWidth = q >= kPow10[Decimal::kMaxDigits - 1];
     const bool neg = negative(a) != negative(b);
     const bool inexact = r != 0;
+    // 38 digits end above the scale and more follow: whether they fit at the scale is the
+    // wide path's to find out.
+    if (inexact && isScaled(minExponent) && exponent > floorExponent)
+        return std::nullopt;
     const UInt128 twice = UInt128(r) * 2;
     const int versusHalf = twice < mb ? -1 : (twice == mb ? 0 : 1);
     if (roundsAway(mode, neg, (q & 1) != 0, versusHalf, inexact))

@@ -11,7 +11,9 @@
 
 // An exact decimal number: a signed coefficient of at most 38 significant digits and a
 // decimal exponent, plus a not-a-number value. Money never passes through binary floating
-// point; text conversions are exact in both directions.
+// point; text conversions are exact in both directions. Values lie below 10^38 in magnitude
+// and have no digit finer than 10^-128: the whole part of a value is never rounded, and every
+// value is written in plain notation with at most 38 significant digits.
 class Decimal {
 public:
     enum class RoundingMode {
@@ -33,7 +35,8 @@ public:
 
     static Decimal notANumber();
     // Locale-free text: optional sign, digits with an optional '.' fraction, optional exponent
-    // ("e-3"). Anything else, including the empty text, is not-a-number.
+    // ("e-3"). Anything else, including the empty text and a value of 10^38 or more, is
+    // not-a-number. Fraction digits past the 38th significant one are rounded (plain).
     static Decimal fromString(QStringView text);
     // As fromString, but with the given character as the decimal separator.
     static Decimal fromString(QStringView text, QChar decimalSeparator);
@@ -53,8 +56,9 @@ public:
     double toDouble() const;
     long long toLongLong() const; // truncated towards zero, clamped
 
-    // Exact arithmetic. A result that needs more than 38 digits is rounded to 38 significant
-    // digits (plain). Division by zero answers not-a-number unless a behaviour says otherwise.
+    // Exact arithmetic. A result of 10^38 or more overflows: not-a-number. Digits of the
+    // fraction past the 38th significant one are rounded (plain), as a quotient must be.
+    // Division by zero answers not-a-number unless a behaviour says otherwise.
     Decimal operator+(const Decimal &other) const;
     Decimal operator-(const Decimal &other) const;
     Decimal operator*(const Decimal &other) const;
@@ -107,7 +111,10 @@ public:
                                                             const Decimal &right) const = 0;
 };
 
-// Operations under a behaviour: exact result, then rounding to the behaviour's scale.
+// Operations under a behaviour: exact result, then rounding to the behaviour's scale. A result
+// that needs more than 38 digits down to the scale overflows (the behaviour is asked, and
+// by default the result is not-a-number) instead of being rounded above the places the scale
+// keeps. Without a scale, as the plain operators.
 namespace DecimalMath {
 Decimal add(const Decimal &a, const Decimal &b, const DecimalBehavior &behavior);
 Decimal subtract(const Decimal &a, const Decimal &b, const DecimalBehavior &behavior);

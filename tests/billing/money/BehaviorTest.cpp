@@ -44,11 +44,12 @@ TEST(TADecimalNumberBehavior, EverySumRoundsHalfAwayFromZero) {
     EXPECT_EQ(DecimalMath::add(D("100.2"), D("0.2"), jpy), D("100"));
     EXPECT_EQ(DecimalMath::add(D("1.2344"), D("0.0001"), kwd), D("1.235"));
     EXPECT_EQ(DecimalMath::divide(D("10"), D("3"), kwd), D("3.333"));
-    // At the edge of 38 digits: the rounding carry adds a digit.
+    // At the edge of 38 digits: the rounding carry adds a digit, and cents that do not fit
+    // beside 38 whole digits are no rounding matter but an overflow.
     EXPECT_EQ(DecimalMath::multiply(D("99999999999999999999999999999999999.995"), Decimal(1), usd),
               D("100000000000000000000000000000000000"));
-    EXPECT_EQ(DecimalMath::add(D("99999999999999999999999999999999999999"), D("0.4"), usd),
-              D("99999999999999999999999999999999999999"));
+    EXPECT_TRUE(
+        DecimalMath::add(D("99999999999999999999999999999999999999"), D("0.4"), usd).isNaN());
 }
 
 TEST(TADecimalNumberBehavior, DivisionByZeroAnswersTheLeftOperand) {
@@ -57,7 +58,7 @@ TEST(TADecimalNumberBehavior, DivisionByZeroAnswersTheLeftOperand) {
     EXPECT_EQ(DecimalMath::divide(Decimal(), Decimal(), usd), Decimal());
     EXPECT_FALSE(usd.exceptionDuringOperation(Decimal::CalculationError::Overflow, D("1"), D("2")));
     // Other failures let the operation's own result stand: an overflow is not-a-number.
-    EXPECT_TRUE(DecimalMath::multiply(D("1e150"), D("1e150"), usd).isNaN());
+    EXPECT_TRUE(DecimalMath::multiply(D("1e30"), D("1e30"), usd).isNaN());
     EXPECT_EQ(DecimalMath::multiply(D("1e-100"), D("1e-100"), usd), Decimal());
     EXPECT_FALSE(
         usd.exceptionDuringOperation(Decimal::CalculationError::LossOfPrecision, D("1"), D("2")));

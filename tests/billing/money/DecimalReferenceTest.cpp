@@ -1,5 +1,6 @@
 // Division and addition against a reference computed with arbitrary-precision integers: the
-// exact result rounded once, at the 38th digit or at the scale asked for, whichever is coarser.
+// exact result rounded once, at the scale asked for or else at the 38th digit; a result that
+// then needs more than 38 digits, or reaches 10^38, overflows.
 #include "billing/money/Decimal.h"
 
 #include <gtest/gtest.h>
@@ -62,6 +63,7 @@ std::string plainText(bool negative, const std::string &digits, int exponent) {
 struct Expected {
     std::string text;
     bool lossOfPrecision;
+    bool overflow;
 };
 
 Expected reference(bool negative, const Big &ca, int ea, const Big &cb, int eb, int minExponent,
@@ -71,7 +73,8 @@ Expected reference(bool negative, const Big &ca, int ea, const Big &cb, int eb, 
     const Big scaled = ca * pow10(probe) / cb;
     const int lead = int(scaled.str().size()) - 1 - probe + ea - eb;
     const int byDigits = lead - (Decimal::kMaxDigits - 1);
-    const int keep = std::max({byDigits, minExponent, -128});
+    const bool atScale = minExponent > -128;
+    const int keep = atScale ? minExponent : std::max(byDigits, -128);
     const int shift = ea - eb - keep;
     const Big num = shift >= 0 ? ca * pow10(shift) : ca;
     const Big den = shift >= 0 ? cb : cb * pow10(-shift);
@@ -96,10 +99,22 @@ Expected reference(bool negative, const Big &ca, int ea, const Big &cb, int eb, 
     }
     if (away)
         ++q;
-    const bool loss = inexact && keep == byDigits && keep > minExponent;
+    const bool loss = !atScale && inexact && keep == byDigits && keep > minExponent;
     if (q == 0)
-        return {"0", false};
-    return {plainText(negative, q.str(), keep), loss};
+        return {"0", false, false};
+    std::string digits = q.str();
+    int at = keep;
+    for (; digits.back() == '0'; ++at)
+        digits.pop_back();
+    const int count = int(digits.size());
+    if (count > Decimal::kMaxDigits || at + count > Decimal::kMaxDigits)
+        return {"NaN", false, true};
+    return {plainText(negative, digits, at), loss, false};
+}
+
+// An exponent that keeps a value of that many digits below 10^38.
+int below38(int exponent, const std::string &digits) {
+    return std::min(exponent, Decimal::kMaxDigits - int(digits.size()));
 }
 
 std::string randomDigits(std::mt19937_64 &rng, int count) {
@@ -125,8 +140,8 @@ TEST(DecimalDivision, AgreesWithExactRationalRounding) {
         const std::string da = randomDigits(rng, dividendDigits(rng));
         const std::string db = i % 4 == 0 ? divisors[std::size_t(i / 4) % std::size(divisors)]
                                           : randomDigits(rng, divisorDigits(rng));
-        const int ea = exponent(rng);
-        const int eb = i % 4 == 0 ? 0 : exponent(rng);
+        const int ea = below38(exponent(rng), da);
+        const int eb = i % 4 == 0 ? 0 : below38(exponent(rng), db);
         const bool na = coin(rng) != 0;
         const bool nb = coin(rng) != 0;
         const Decimal a = Decimal::fromString(QString::fromStdString(plainText(na, da, ea)));
@@ -144,6 +159,7 @@ TEST(DecimalDivision, AgreesWithExactRationalRounding) {
                                             std::to_string(scale);
                 ASSERT_EQ(got, Decimal::fromString(QString::fromStdString(want.text))) << context;
                 ASSERT_EQ(behavior.last == Error::LossOfPrecision, want.lossOfPrecision) << context;
+                ASSERT_EQ(behavior.last == Error::Overflow, want.overflow) << context;
             }
         }
         if (i % 4 == 0) { // the plain operator keeps 38 digits
@@ -203,6 +219,7 @@ TEST(DecimalAddition, AgreesWithTheExactSumRoundedOnce) {
                           Decimal::fromString(QString::fromStdString(want.text)))
                     << context;
                 ASSERT_EQ(behavior.last == Error::LossOfPrecision, want.lossOfPrecision) << context;
+                ASSERT_EQ(behavior.last == Error::Overflow, want.overflow) << context;
             }
         }
     }
@@ -219,8 +236,8 @@ TEST(DecimalMultiplication, AgreesWithTheExactProductRoundedOnce) {
         // Long line totals times short rates, and long times long, across the 128-bit edge.
         const std::string da = randomDigits(rng, digits(rng));
         const std::string db = randomDigits(rng, i % 2 == 0 ? 1 + digits(rng) % 4 : digits(rng));
-        const int ea = exponent(rng);
-        const int eb = exponent(rng) / 4;
+        const int ea = below38(exponent(rng), da);
+        const int eb = below38(exponent(rng) / 4, db);
         const bool na = coin(rng) != 0;
         const bool nb = coin(rng) != 0;
         const Decimal a = Decimal::fromString(QString::fromStdString(plainText(na, da, ea)));
@@ -237,6 +254,7 @@ TEST(DecimalMultiplication, AgreesWithTheExactProductRoundedOnce) {
                     << plainText(na, da, ea) << " * " << plainText(nb, db, eb) << " mode "
                     << int(mode) << " scale " << scale;
                 ASSERT_EQ(behavior.last == Error::LossOfPrecision, want.lossOfPrecision);
+                ASSERT_EQ(behavior.last == Error::Overflow, want.overflow);
             }
         }
     }

@@ -54,9 +54,9 @@ TEST(Decimal, TextRoundTripIsCanonical) {
         {"00012.3400", "12.34"},
         {"12345678901234567890123456789012345678", "12345678901234567890123456789012345678"},
         {"-9.9999999999999999999999999999999999999", "-9.9999999999999999999999999999999999999"},
-        // 39th digit rounds half away from zero
-        {"1234567890123456789012345678901234567850", "1234567890123456789012345678901234567900"},
-        {"99999999999999999999999999999999999999.5", "100000000000000000000000000000000000000"},
+        // 39th digit of a fraction rounds half away from zero
+        {"1.23456789012345678901234567890123456785", "1.2345678901234567890123456789012345679"},
+        {"9999999999999999999999999999999999999.95", "10000000000000000000000000000000000000"},
     };
     for (const auto &c : cases) {
         const Decimal d = D(c.in);
@@ -65,6 +65,13 @@ TEST(Decimal, TextRoundTripIsCanonical) {
     }
     for (const char *bad : {"", "-", ".", "1.2.3", "1,5", " 1", "1 ", "e5", "1e", "abc", "NaN"})
         EXPECT_TRUE(D(bad).isNaN()) << bad;
+    // Whole parts are never rounded: beyond 38 digits there is no value.
+    for (const char *beyond :
+         {"100000000000000000000000000000000000000", "-1e38", "1e165",
+          "99999999999999999999999999999999999999.5", "1234567890123456789012345678901234567850"})
+        EXPECT_TRUE(D(beyond).isNaN()) << beyond;
+    EXPECT_EQ(D("9.9999999999999999999999999999999999999e37").toString(),
+              QStringLiteral("99999999999999999999999999999999999999"));
     EXPECT_EQ(Decimal::fromString(u"1,25", u','), D("1.25"));
     EXPECT_EQ(Decimal::notANumber().toString(), "NaN");
 }
@@ -97,11 +104,53 @@ TEST(Decimal, ExactArithmetic) {
     EXPECT_EQ(D("1") + D("1e-37"), D("1.0000000000000000000000000000000000001"));
     EXPECT_EQ(D("1") + D("5e-38"), D("1.0000000000000000000000000000000000001"));
     EXPECT_EQ(D("1") - D("5e-38"), D("0.99999999999999999999999999999999999995"));
-    EXPECT_EQ(D("99999999999999999999999999999999999999") + D("1"),
-              D("100000000000000000000000000000000000000"));
-    EXPECT_EQ(D("99999999999999999999999999999999999999") *
-                  D("99999999999999999999999999999999999999"),
-              D("9999999999999999999999999999999999999800000000000000000000000000000000000000"));
+}
+
+TEST(Decimal, AResultBeyond38WholeDigitsOverflowsInsteadOfRounding) {
+    const Decimal nines = D("99999999999999999999999999999999999999");
+    for (const Decimal &result : {nines + D("1"), nines * Decimal(2), -nines - D("0.5"),
+                                  nines * nines, nines / D("0.1"), D("1e37") * D("10")})
+        EXPECT_TRUE(result.isNaN()) << result.toString().toStdString();
+    // Just inside: the largest value, and fraction digits rounded away below it.
+    EXPECT_EQ(nines - D("1") + D("1"), nines);
+    EXPECT_EQ(D("9999999999999999999999999999999999999.9") + D("0.04"),
+              D("9999999999999999999999999999999999999.9"));
+    EXPECT_EQ(D("1e37") * D("9.9"), D("99000000000000000000000000000000000000"));
+
+    FixedBehavior plain(Decimal::kNoScale, Decimal::RoundingMode::Plain);
+    Decimal::CalculationError reported = Decimal::CalculationError::None;
+    class Recording : public FixedBehavior {
+    public:
+        Recording(Decimal::CalculationError &to)
+            : FixedBehavior(2, Decimal::RoundingMode::Plain)
+            , m_to(to) {}
+        std::optional<Decimal> exceptionDuringOperation(Decimal::CalculationError error,
+                                                        const Decimal &left,
+                                                        const Decimal &right) const override {
+            m_to = error;
+            return FixedBehavior::exceptionDuringOperation(error, left, right);
+        }
+
+    private:
+        Decimal::CalculationError &m_to;
+    } cents(reported);
+    // Under a scale the amount must hold every digit down to it: 38 nines and 40 cents cannot.
+    EXPECT_TRUE(DecimalMath::add(nines, D("0.4"), cents).isNaN());
+    EXPECT_EQ(reported, Decimal::CalculationError::Overflow);
+    reported = Decimal::CalculationError::None;
+    EXPECT_TRUE(DecimalMath::multiply(nines, Decimal(2), cents).isNaN());
+    EXPECT_EQ(reported, Decimal::CalculationError::Overflow);
+    // 36 whole digits and cents fit; digits below the cents are the scale's to round.
+    reported = Decimal::CalculationError::None;
+    EXPECT_EQ(DecimalMath::add(D("999999999999999999999999999999999999"), D("0.004999"), cents),
+              D("999999999999999999999999999999999999"));
+    EXPECT_EQ(DecimalMath::divide(D("1e35"), D("3"), cents),
+              D("33333333333333333333333333333333333.33"));
+    EXPECT_EQ(reported, Decimal::CalculationError::None);
+    EXPECT_TRUE(DecimalMath::divide(D("1e37"), D("3"), cents).isNaN());
+    EXPECT_EQ(reported, Decimal::CalculationError::Overflow);
+    EXPECT_TRUE(DecimalMath::round(nines, FixedBehavior(-1, Decimal::RoundingMode::Plain)).isNaN());
+    EXPECT_EQ(DecimalMath::add(nines, D("0.4"), plain), nines);
 }
 
 TEST(Decimal, RoundingTable) {
