@@ -309,10 +309,12 @@ qsizetype TAInvoice::numberOfItems() const {
 std::vector<TAInvoice::TotalsLine> TAInvoice::liveLines() const {
     std::vector<TotalsLine> lines;
     // The items lie all over memory: the walk asks for them ahead of reading them.
+    // An item's total is not-a-number only when it overflowed: it then makes the sums so,
+    // rather than counting as nothing.
     forEachObjectForKey(TAKey::items, [&lines](ManagedObject *member) {
         const TAItem *item = objectAs<TAItem>(member);
         if (isLive(item)) // an item deleted meanwhile is skipped
-            lines.push_back({orZero(item->total()), orZero(item->tax())});
+            lines.push_back({item->total(), orZero(item->tax())});
     });
     return lines;
 }
@@ -415,8 +417,12 @@ void TAInvoice::updateCachedValues() {
 }
 
 void TAInvoice::updateCachedValuesWithSettings(const TotalsSettings &settings) {
+    (void)refreshCachedValues(settings); // an overflow leaves the totals without a value
+}
+
+Result<void> TAInvoice::refreshCachedValues(const TotalsSettings &settings) {
     if (!managedObjectContext())
-        return;
+        return {};
     // The client's own currency, else the document's, as currency() answers.
     const TAClient *owner = client();
     const TACurrency *linked = owner ? owner->currency() : nullptr;
@@ -432,6 +438,20 @@ void TAInvoice::updateCachedValuesWithSettings(const TotalsSettings &settings) {
     cacheTotal();
     cacheTotalTaxes();
     m_rules = nullptr;
+    // Each step reads the earlier ones as 0 when they have no value, so one overflow leaves
+    // the later totals wrong as well: none of them is kept.
+    const Decimal totals[] = {subTotal(),  itemTaxes(), totalDiscount(),
+                              totalTax2(), total(),     totalTaxes()};
+    if (std::none_of(std::begin(totals), std::end(totals),
+                     [](const Decimal &value) { return value.isNaN(); }))
+        return {};
+    for (const auto set :
+         {&TAInvoice::setSubTotal, &TAInvoice::setItemTaxes, &TAInvoice::setTotalDiscount,
+          &TAInvoice::setTotalTax2, &TAInvoice::setTotal, &TAInvoice::setTotalTaxes})
+        (this->*set)(Decimal::notANumber());
+    return Error{ErrorCode::Generic,
+                 QStringLiteral("its totals need more than 38 digits down to the places of its "
+                                "currency; a price, quantity or rate of its items is too large")};
 }
 
 TAInvoice::CacheRequestHandler TAInvoice::setCacheRequestHandler(CacheRequestHandler handler) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/entities/TAObject.h"
+#include "store/objectstore/Result.h"
 
 #include <QStringList>
 #include <QVariantMap>
@@ -121,6 +122,10 @@ public:
     };
     static TotalsSettings totalsSettingsInContext(ManagedObjectContext *context);
     void updateCachedValuesWithSettings(const TotalsSettings &settings);
+    // The same, and says when the totals do not fit: a sum would need more than 38 digits down
+    // to the currency's places. All six totals are then left without a value instead of
+    // holding a rounded or partial sum.
+    Result<void> refreshCachedValues(const TotalsSettings &settings);
 
     // The rounding of every sum of this invoice.
     TADecimalNumberBehavior behavior() const;

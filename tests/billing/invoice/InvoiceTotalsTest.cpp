@@ -205,3 +205,36 @@ TEST_F(InvoiceTotalsTest, BatchRefreshKeepsEachInvoicesCurrency) {
         EXPECT_EQ(invoice->total(), batch);
     }
 }
+
+// Amounts at the 38-digit limit: a sum that would need a 39th digit is no total at all, never a
+// rounded one, and an item whose own total overflows does not count as nothing.
+TEST_F(InvoiceTotalsTest, TotalsBeyond38DigitsOverflowInsteadOfRounding) {
+    const TAInvoice::TotalsSettings settings = TAInvoice::totalsSettingsInContext(context.get());
+    const QByteArray nines(38, '9');
+    TAInvoice *doubled = invoiceIn(jpy);
+    material(doubled, "1", nines.constData());
+    material(doubled, "1", nines.constData());
+    const auto overflowed = doubled->refreshCachedValues(settings);
+    ASSERT_FALSE(overflowed.ok());
+    EXPECT_TRUE(overflowed.error().message.contains(QStringLiteral("38 digits")));
+    for (const char *key :
+         {"subTotal", "itemTaxes", "totalDiscount", "totalTax2", "total", "totalTaxes"})
+        EXPECT_TRUE(doubled->isNullForKey(QString::fromLatin1(key))) << key;
+
+    // Too large on its own: twice the largest price.
+    TAInvoice *oneItem = invoiceIn(usd);
+    material(oneItem, "2", nines.constData());
+    oneItem->updateCachedValues();
+    EXPECT_TRUE(oneItem->total().isNaN());
+
+    // 36 whole digits keep their cents: the largest total a dollar invoice holds.
+    TAInvoice *largest = invoiceIn(usd);
+    material(largest, "1", "499999999999999999999999999999999999.99");
+    material(largest, "1", "500000000000000000000000000000000000");
+    ASSERT_TRUE(largest->refreshCachedValues(settings).ok());
+    EXPECT_EQ(largest->total(), dec("999999999999999999999999999999999999.99"));
+    // A 37th whole digit leaves no room for the cents.
+    material(largest, "1", "1000000000000000000000000000000000000");
+    EXPECT_FALSE(largest->refreshCachedValues(settings).ok());
+    EXPECT_TRUE(largest->subTotal().isNaN());
+}
