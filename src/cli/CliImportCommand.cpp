@@ -47,11 +47,10 @@ int CliImportCommand::run(const QStringList &arguments, QTextStream &out, QTextS
     auto document = CliDocument::createInMemory();
     if (!document)
         return fail(err, target, document.error().message, CliExit::FileUnusable);
+    // The build computes the cached totals again from the items, as the desktop would on
+    // opening: listings and exports of the new document agree with it.
     if (auto built = importer.build((*document)->context()); !built)
         return fail(err, input, built.error().message, CliExit::FileUnusable);
-    // The file's cached totals may not match its items; the desktop would compute them again
-    // on opening, and listings and exports of the new document must agree with it.
-    (*document)->refreshCachedTotals();
     if (auto saved = (*document)->saveAs(target); !saved)
         return fail(err, target, saved.error().message, CliExit::FileUnusable);
     out << "Imported " << importer.objectCount() << " objects into "

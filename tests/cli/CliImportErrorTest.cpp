@@ -1,5 +1,7 @@
 #include "CliTestSupport.h"
 
+#include "importsync/json/JsonText.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -108,6 +110,18 @@ TEST_F(CliImportErrorTest, EachFaultIsNamedByItsPathAndNothingIsWritten) {
          }},
         {"$.objects[\"Tax/1\"]: expected an object, found an array",
          [](QJsonObject &o) { o.insert("Tax/1", QJsonArray()); }},
+        {"$.objects[\"Preferences/1\"].lastProjectID.objectURI: \"Client/1\" is no Project",
+         [](QJsonObject &o) {
+             setMember(o, "Preferences/1", "lastProjectID", QJsonObject{{"objectURI", "Client/1"}});
+         }},
+        {"$.objects[\"Invoice/1\"].date: \"9999-12-31T23:59:59-12:00\" lies outside the years "
+         "0001 to 9999 in UTC",
+         [](QJsonObject &o) { setMember(o, "Invoice/1", "date", "9999-12-31T23:59:59-12:00"); }},
+        {"$.objects[\"Invoice/1\"]: its totals need more than 38 digits",
+         [](QJsonObject &o) {
+             for (const char *item : {"Material/2", "Timer/3"})
+                 setMember(o, item, "price", QString(38, u'9'));
+         }},
     };
     for (const auto &c : cases) {
         const QString message = importEdited(c.edit);
@@ -148,6 +162,8 @@ TEST_F(CliImportErrorTest, BrokenTextAndWrongHeaderAreRefused) {
         {"[]", "$: expected an object, found an array"},
         {"{\"format\": \"other\"}", "$.format: expected \"billfold-json\""},
         {"{\"format\": \"billfold-json\", \"formatVersion\": 2}", "$.formatVersion: expected 1"},
+        {"{\"format\": \"billfold-json\", \"formatVersion\": 1.0}", "$.formatVersion: expected 1"},
+        {"{\"format\": \"billfold-json\", \"formatVersion\": 1e0}", "$.formatVersion: expected 1"},
         {"{\"format\": \"billfold-json\", \"formatVersion\": 1, \"model\": \"TADoc_0.9\", "
          "\"objects\": {}}",
          "$.model: unknown data model \"TADoc_0.9\""},
@@ -195,4 +211,20 @@ TEST_F(CliImportErrorTest, OffsetsAndShortFractionsAreReadAsTheSameInstant) {
     EXPECT_EQ(invoice.value(QLatin1String("date")).toString(), "2025-03-10T12:00:00.500Z");
     EXPECT_EQ(invoice.value(QLatin1String("dueDate")).toString(), "2025-04-01T00:30:00.000Z");
     EXPECT_EQ(invoice.value(QLatin1String("discount")).toString(), "-0.05");
+}
+
+TEST_F(CliImportErrorTest, AHugeKeyOrValueIsQuotedByItsStartOnAShortLine) {
+    const QString huge(1 << 20, u'7');
+    const Edit edits[] = {
+        [&](QJsonObject &o) { setMember(o, "Invoice/1", "discount", huge); },
+        [&](QJsonObject &o) { setMember(o, "Invoice/1", "client", huge); },
+        [&](QJsonObject &o) { setMember(o, "Invoice/1", huge, 1); },
+    };
+    for (const Edit &edit : edits) {
+        const QString message = importEdited(edit);
+        EXPECT_LT(message.size(), 300) << message.left(400).toStdString();
+        EXPECT_TRUE(message.contains(QStringLiteral("$.objects[\"Invoice/1\"]")));
+        EXPECT_TRUE(message.contains(QString(JsonText::kExcerptLength, u'7') + QChar(0x2026)))
+            << message.toStdString();
+    }
 }

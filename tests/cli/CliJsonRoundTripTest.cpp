@@ -3,6 +3,7 @@
 #include "cli/CliDocument.h"
 #include "importsync/json/JsonDocumentExporter.h"
 #include "importsync/sample/SampleDocument.h"
+#include "store/TADocModel.h"
 #include "store/document/TADocument.h"
 #include "store/entities/TAKeys.h"
 #include "store/entities/TAPreferences.h"
@@ -292,4 +293,35 @@ TEST_F(CliJsonRoundTripTest, CachedTotalsFollowTheItemsOnImportAndInListings) {
         ASSERT_TRUE(context.save().ok());
     }
     EXPECT_TRUE(cli(list).out.contains("\"subTotal\": \"3307.5\""));
+}
+
+// The edges of the ranges survive the file too: 38-digit amounts and their totals, the first
+// and last instants, the infinities.
+TEST_F(CliJsonRoundTripTest, ValuesAtTheEdgesOfTheirRangesSurviveTheDocumentFile) {
+    const QByteArray nines(38, '9');
+    const QByteArray finest = "0." + QByteArray(127, '0') + '1';
+    write("edges.json", R"({"format": "billfold-json", "formatVersion": 1, "model": ")" +
+                            TADocModel::kVersionName.toUtf8() + R"(", "objects": {
+        "Currency/1": {"code": "USD", "isDefault": true, "rate": ")" +
+                            finest + R"("},
+        "Client/1": {"currency": "Currency/1"},
+        "Invoice/1": {"client": "Client/1", "date": "0001-01-01T14:00:00+14:00",
+                      "dueDate": "9999-12-31T09:59:59.999-14:00"},
+        "Material/1": {"invoice": "Invoice/1", "price": "-)" +
+                            nines + R"(", "quantity": "1"},
+        "InvoiceTemplateColumn/1": {"width": "Infinity"},
+        "InvoiceTemplateColumn/2": {"width": "-Infinity"}}})");
+    const CliRun imported = cli({"import-json", path("edges.json"), "-o", path("a.tadb")});
+    ASSERT_EQ(imported.status, 0) << imported.err.toStdString();
+    ASSERT_EQ(cli({"export-json", path("a.tadb"), "-o", path("a.json")}).status, 0);
+    ASSERT_EQ(cli({"import-json", path("a.json"), "-o", path("b.tadb")}).status, 0);
+    ASSERT_EQ(cli({"export-json", path("b.tadb"), "-o", path("b.json")}).status, 0);
+    const QByteArray text = read("a.json");
+    EXPECT_EQ(text, read("b.json"));
+    for (const QByteArray &expected :
+         {"\"total\": \"-" + nines + '"', "\"rate\": \"" + finest + '"',
+          QByteArray("\"date\": \"0001-01-01T00:00:00.000Z\""),
+          QByteArray("\"dueDate\": \"9999-12-31T23:59:59.999Z\""),
+          QByteArray("\"width\": \"Infinity\""), QByteArray("\"width\": \"-Infinity\"")})
+        EXPECT_TRUE(text.contains(expected)) << expected.constData();
 }

@@ -1,6 +1,8 @@
 #include "importsync/json/JsonDocumentExporter.h"
 
 #include "importsync/json/JsonText.h"
+#include "store/TADocModel.h"
+#include "store/entities/TAKeys.h"
 #include "store/objectstore/EntityDescription.h"
 #include "store/objectstore/ManagedObjectContext.h"
 #include "store/objectstore/ManagedObjectModel.h"
@@ -45,6 +47,27 @@ void JsonDocumentExporter::appendKey(QByteArray &out, const ManagedObject *objec
     out.append('"');
 }
 
+const EntityDescription *JsonDocumentExporter::uriTargetOf(const EntityDescription *entity,
+                                                           const QString &attribute) {
+    if (entity->name() == TAEntity::Preferences && attribute == TAKey::lastProjectID)
+        return TADocModel::model().entity(TAEntity::Project);
+    return nullptr;
+}
+
+// The file states the model by name, and import reads it by that name with its own model: a
+// document of any other layout, whatever its name, would be read by the wrong rules.
+Result<void> JsonDocumentExporter::checkModel() const {
+    const ManagedObjectModel &current = TADocModel::model();
+    const ManagedObjectModel *model = m_context.model();
+    if (model->versionName() != current.versionName() ||
+        model->versionHash() != current.versionHash())
+        return Error{ErrorCode::FileNewerModel,
+                     QStringLiteral("the document is read with the data model “%1”, not with "
+                                    "“%2” that JSON files are written in")
+                         .arg(model->versionName(), current.versionName())};
+    return {};
+}
+
 Result<void> JsonDocumentExporter::collect() {
     QList<const EntityDescription *> entities = m_context.model()->entities();
     std::sort(entities.begin(), entities.end(),
@@ -87,6 +110,8 @@ Result<QByteArray> JsonDocumentExporter::exportDocument() {
 Result<void> JsonDocumentExporter::exportDocument(QIODevice &device) {
     m_objects.clear();
     m_numbers.clear();
+    if (auto model = checkModel(); !model)
+        return model;
     if (auto collected = collect(); !collected)
         return collected.error();
     constexpr qsizetype kChunk = 1 << 20;
@@ -118,7 +143,8 @@ Result<void> JsonDocumentExporter::exportDocument(QIODevice &device) {
             first = false;
             appendKey(out, object);
             out.append(": ");
-            writeObject(out, object, group.properties);
+            if (auto written = writeObject(out, object, group.properties); !written)
+                return written;
             if (out.size() >= kChunk)
                 if (auto flushed = flush(); !flushed)
                     return flushed;
@@ -130,8 +156,8 @@ Result<void> JsonDocumentExporter::exportDocument(QIODevice &device) {
     return flush();
 }
 
-void JsonDocumentExporter::writeObject(QByteArray &out, const ManagedObject *object,
-                                       const QList<Property> &properties) const {
+Result<void> JsonDocumentExporter::writeObject(QByteArray &out, const ManagedObject *object,
+                                               const QList<Property> &properties) const {
     out.append('{');
     bool first = true;
     for (const Property &property : properties) {
@@ -140,7 +166,8 @@ void JsonDocumentExporter::writeObject(QByteArray &out, const ManagedObject *obj
         out.append(property.prefix.constData() + skip, property.prefix.size() - skip);
         first = false;
         if (property.attribute) {
-            writeAttribute(out, object, *property.attribute);
+            if (auto written = writeAttribute(out, object, *property.attribute); !written)
+                return written;
         } else if (const ManagedObject *target = object->objectForKey(property.name)) {
             appendKey(out, target);
         } else {
@@ -148,49 +175,65 @@ void JsonDocumentExporter::writeObject(QByteArray &out, const ManagedObject *obj
         }
     }
     out.append(first ? "}" : "\n    }");
+    return {};
 }
 
-void JsonDocumentExporter::writeAttribute(QByteArray &out, const ManagedObject *object,
-                                          const AttributeDescription &attribute) const {
+Result<void> JsonDocumentExporter::writeAttribute(QByteArray &out, const ManagedObject *object,
+                                                  const AttributeDescription &attribute) const {
     const QVariant *value = object->storedValueForKey(attribute.name);
     if (!value || !value->isValid() || value->isNull()) {
         out.append("null");
-        return;
+        return {};
     }
     switch (attribute.type) {
     case AttributeType::String: {
         const QString text = value->toString();
-        if (const QString key = keyForUriText(text); !key.isEmpty()) {
+        const EntityDescription *target = uriTargetOf(object->entity(), attribute.name);
+        if (const QString key = keyForUriText(text, target); !key.isEmpty()) {
             out.append("{\"objectURI\": ");
             JsonText::appendString(out, key);
             out.append('}');
         } else {
             JsonText::appendString(out, text);
         }
-        return;
+        return {};
     }
     case AttributeType::Integer:
         out.append(QByteArray::number(value->toLongLong()));
-        return;
+        return {};
     case AttributeType::Boolean:
         out.append(value->toBool() ? "true" : "false");
-        return;
+        return {};
     case AttributeType::Decimal:
         JsonText::appendString(out, Decimal::fromVariant(*value).toString());
-        return;
-    case AttributeType::Date:
-        JsonText::appendString(out, JsonText::dateText(value->toDateTime()));
-        return;
+        return {};
+    case AttributeType::Date: {
+        // Import reads four-digit years only: a date beyond them is refused here, by name,
+        // rather than written as a file that cannot be read back.
+        const QDateTime date = value->toDateTime();
+        if (!date.isValid()) {
+            out.append("null");
+            return {};
+        }
+        if (!JsonText::isDateInRange(date))
+            return Error{ErrorCode::FileDamaged,
+                         QStringLiteral("%1.%2: %3 lies outside the years 0001 to 9999 in UTC")
+                             .arg(keyOf(object), attribute.name, JsonText::dateText(date))};
+        JsonText::appendString(out, JsonText::dateText(date));
+        return {};
+    }
     case AttributeType::Binary:
         out.append('"').append(value->toByteArray().toBase64()).append('"');
-        return;
+        return {};
     case AttributeType::Float:
         out.append(JsonText::doubleLiteral(value->toDouble()));
-        return;
+        return {};
     }
+    return {};
 }
 
-QString JsonDocumentExporter::keyForUriText(const QString &text) const {
+QString JsonDocumentExporter::keyForUriText(const QString &text,
+                                            const EntityDescription *target) const {
     if (!text.startsWith(QLatin1String("x-")))
         return {};
     const auto parts = ObjectID::parseUri(text);
@@ -198,6 +241,9 @@ QString JsonDocumentExporter::keyForUriText(const QString &text) const {
         return {};
     const EntityDescription *entity = m_context.model()->entity(parts->entityName);
     if (!entity || ObjectID(entity, parts->storeUuid, parts->number, false).uriText() != text)
+        return {};
+    // Another kind of object than the attribute names stays plain text: import would refuse it.
+    if (target && !entity->isKindOfEntity(target))
         return {};
     if (m_numbers.isEmpty())
         for (const EntityObjects &group : m_objects)

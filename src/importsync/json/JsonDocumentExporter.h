@@ -32,6 +32,10 @@ public:
 
     static QString keyOf(const ManagedObject *object);
     static void appendKey(QByteArray &out, const ManagedObject *object);
+    // The entity whose objects a text attribute names by URI where the program stores one
+    // there (Preferences.lastProjectID names a Project); null where any object may be named.
+    static const EntityDescription *uriTargetOf(const EntityDescription *entity,
+                                                const QString &attribute);
 
 private:
     struct Property {
@@ -44,14 +48,16 @@ private:
         QList<ManagedObject *> objects;
         QList<Property> properties; // by name
     };
+    Result<void> checkModel() const;
     Result<void> collect();
-    void writeObject(QByteArray &out, const ManagedObject *object,
-                     const QList<Property> &properties) const;
+    Result<void> writeObject(QByteArray &out, const ManagedObject *object,
+                             const QList<Property> &properties) const;
     static QList<Property> propertiesOf(const EntityDescription *entity);
-    void writeAttribute(QByteArray &out, const ManagedObject *object,
-                        const AttributeDescription &attribute) const;
-    // The key of an object of this document that a text names by its URI, if any.
-    QString keyForUriText(const QString &text) const;
+    Result<void> writeAttribute(QByteArray &out, const ManagedObject *object,
+                                const AttributeDescription &attribute) const;
+    // The key of an object of this document that a text names by its URI, if any; only one of
+    // `target`'s kind when that is given.
+    QString keyForUriText(const QString &text, const EntityDescription *target) const;
 
     ManagedObjectContext &m_context;
     QList<EntityObjects> m_objects;

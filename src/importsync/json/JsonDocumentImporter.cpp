@@ -50,12 +50,30 @@ Error fault(const QString &path, const QString &reason) {
     return Error{ErrorCode::FileDamaged, path + QStringLiteral(": ") + reason};
 }
 
-QString objectPath(const QString &key) {
-    return QStringLiteral("$.objects[%1]").arg(QString::fromUtf8(JsonText::quoted(key)));
+QString objectPath(std::string_view key) {
+    return QStringLiteral("$.objects[") + JsonText::excerpt(key) + u']';
 }
 
-QString objectPath(std::string_view key) {
-    return objectPath(toQString(key));
+QString objectPath(const QString &key) {
+    const QByteArray utf8 = key.toUtf8();
+    return objectPath(std::string_view(utf8.constData(), std::size_t(utf8.size())));
+}
+
+bool isPlainName(std::string_view name) {
+    if (name.empty() || name.size() > std::size_t(JsonText::kExcerptLength) ||
+        (name[0] >= '0' && name[0] <= '9'))
+        return false;
+    return std::all_of(name.begin(), name.end(), [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+               c == '_';
+    });
+}
+
+// `.name` for the names of the model, `["..."]` (cut short when long) for any other.
+QString memberPath(const QString &base, std::string_view name) {
+    if (isPlainName(name))
+        return base + u'.' + QLatin1String(name.data(), qsizetype(name.size()));
+    return base + u'[' + JsonText::excerpt(name) + u']';
 }
 
 QString typeName(const Json *value) {
@@ -142,6 +160,70 @@ private:
     std::vector<int> m_sequence;
 };
 
+// Where the text of the string that holds offset `at` begins, just past its opening quote; the
+// text must be valid JSON up to there. In place, a parsed string starts at that very byte.
+qsizetype stringStartBefore(QByteArrayView json, qsizetype at) {
+    qsizetype start = -1;
+    bool inString = false;
+    for (qsizetype i = 0; i < at; ++i) {
+        if (!inString && json[i] == '"') {
+            inString = true;
+            start = i + 1;
+        } else if (inString && json[i] == '\\') {
+            ++i;
+        } else if (inString && json[i] == '"') {
+            inString = false;
+        }
+    }
+    return start;
+}
+
+// The path of the string (a value, or the name of a member) parsed in place at `text`. The
+// walk keeps its own stack, as nesting may be deep.
+QString pathOfStringAt(const Json &root, const char *text) {
+    struct Frame {
+        const Json *node;
+        rapidjson::SizeType next = 0;
+    };
+    std::vector<Frame> stack;
+    if (root.IsObject() || root.IsArray())
+        stack.push_back({&root});
+    while (!stack.empty()) {
+        Frame &frame = stack.back();
+        const Json &node = *frame.node;
+        const rapidjson::SizeType count = node.IsObject() ? node.MemberCount() : node.Size();
+        if (frame.next == count) {
+            stack.pop_back();
+            continue;
+        }
+        const rapidjson::SizeType index = frame.next++;
+        const bool isObject = node.IsObject();
+        const Json &child = isObject ? node.MemberBegin()[index].value : node[index];
+        // A name and its value share the member's path.
+        if ((isObject && node.MemberBegin()[index].name.GetString() == text) ||
+            (child.IsString() && child.GetString() == text))
+            break;
+        if (child.IsObject() || child.IsArray())
+            stack.push_back({&child});
+    }
+    // Deep nesting is shown by its first and last steps, with the count of those left out.
+    constexpr std::size_t kHead = 5, kTail = 3;
+    QString path = QStringLiteral("$");
+    for (std::size_t i = 0; i < stack.size(); ++i) {
+        if (stack.size() > kHead + kTail + 1 && i == kHead) {
+            path += QStringLiteral("…(%1 more)…").arg(stack.size() - kHead - kTail);
+            i = stack.size() - kTail;
+        }
+        const Frame &frame = stack[i];
+        const rapidjson::SizeType index = frame.next - 1;
+        if (frame.node->IsObject())
+            path = memberPath(path, textOf(frame.node->MemberBegin()[index].name));
+        else
+            path += u'[' + QString::number(index) + u']';
+    }
+    return path;
+}
+
 } // namespace
 
 class JsonDocumentImporter::Reader {
@@ -160,9 +242,7 @@ private:
         std::string_view key;
         std::string_view member;
         const char *suffix = "";
-        QString path() const {
-            return objectPath(key) + u'.' + toQString(member) + QLatin1String(suffix);
-        }
+        QString path() const { return memberPath(objectPath(key), member) + QLatin1String(suffix); }
     };
 
     Result<void> readObject(Planned &planned, std::string_view key, const Json &value);
@@ -183,6 +263,14 @@ Result<void> JsonDocumentImporter::read(QByteArray json) {
     m_objects.clear();
     if (const qsizetype invalid = JsonText::invalidUtf8At(json); invalid >= 0)
         return syntaxError(std::size_t(invalid), rapidjson::kParseErrorStringInvalidEncoding);
+    // The parser refuses a lone high surrogate with no more than an offset and lets a lone low
+    // one through as bytes that are no UTF-8. Both are made harmless for the parse, and the
+    // first is then named by the path of its string.
+    const qsizetype lone = JsonText::loneSurrogateAt(json);
+    const QByteArray loneEscape = lone >= 0 ? json.mid(lone, 6) : QByteArray();
+    const qsizetype loneString = lone >= 0 ? stringStartBefore(json, lone) : -1;
+    for (qsizetype at = lone; at >= 0; at = JsonText::loneSurrogateAt(json, at + 6))
+        json.replace(at, 6, "\\ufffd");
     const qsizetype length = json.size();
     // The parser scans strings in aligned 16-byte blocks: the block holding the final NUL must
     // lie inside the buffer.
@@ -195,6 +283,12 @@ Result<void> JsonDocumentImporter::read(QByteArray json) {
     // The parser stops at a NUL character, which is no white space.
     if (stream.Tell() != std::size_t(length))
         return syntaxError(stream.Tell(), rapidjson::kParseErrorDocumentRootNotSingular);
+    if (lone >= 0)
+        return fault(
+            pathOfStringAt(document, loneString >= 0 ? json.constData() + loneString : nullptr),
+            QStringLiteral("a lone surrogate %1 at offset %2 is no character")
+                .arg(QString::fromLatin1(loneEscape))
+                .arg(lone));
     if (!document.IsObject())
         return wrongType(QStringLiteral("$"), QStringLiteral("an object"), &document);
     Reader reader(m_objects);
@@ -212,30 +306,31 @@ Result<void> JsonDocumentImporter::Reader::readHeader(const Json &root) {
     for (auto it = root.MemberBegin(); it != root.MemberEnd(); ++it) {
         const auto name = std::find(std::begin(known), std::end(known), textOf(it->name));
         if (name == std::end(known))
-            return fault(QStringLiteral("$.") + toQString(textOf(it->name)),
+            return fault(memberPath(QStringLiteral("$"), textOf(it->name)),
                          QStringLiteral("unknown key"));
         if (std::exchange(given[name - std::begin(known)], true))
-            return fault(QStringLiteral("$.") + toQString(*name), QStringLiteral("duplicate key"));
+            return fault(memberPath(QStringLiteral("$"), *name), QStringLiteral("duplicate key"));
     }
     const Json *format = memberOf(root, "format");
     if (!format || !format->IsString() ||
         textOf(*format) != JsonDocumentExporter::kFormat.toUtf8().toStdString())
         return fault(QStringLiteral("$.format"),
                      QStringLiteral("expected \"%1\"").arg(JsonDocumentExporter::kFormat));
+    // The version is the integer token alone: 1.0 or 1e0 name no version of the form.
     const Json *version = memberOf(root, "formatVersion");
-    if (!version || !version->IsNumber() ||
-        version->GetDouble() != JsonDocumentExporter::kFormatVersion)
+    if (!version || !version->IsInt() || version->GetInt() != JsonDocumentExporter::kFormatVersion)
         return fault(QStringLiteral("$.formatVersion"),
                      QStringLiteral("expected %1").arg(JsonDocumentExporter::kFormatVersion));
     const Json *model = memberOf(root, "model");
     if (!model || !model->IsString())
         return wrongType(QStringLiteral("$.model"), QStringLiteral("a string"), model);
     // Members are checked against this version's model: a file of another one would be read
-    // by the wrong rules.
-    if (const QString name = toQString(textOf(*model)); name != TADocModel::model().versionName())
+    // by the wrong rules. The name is compared as it stands, byte for byte.
+    if (const QString &current = TADocModel::model().versionName();
+        viewOf(textOf(*model)) != current.toUtf8())
         return fault(QStringLiteral("$.model"),
-                     QStringLiteral("unknown data model \"%1\"; this version reads \"%2\"")
-                         .arg(name, TADocModel::model().versionName()));
+                     QStringLiteral("unknown data model %1; this version reads \"%2\"")
+                         .arg(JsonText::excerpt(textOf(*model)), current));
     if (const Json *objects = memberOf(root, "objects"); !objects || !objects->IsObject())
         return wrongType(QStringLiteral("$.objects"), QStringLiteral("an object"), objects);
     return {};
@@ -284,7 +379,7 @@ Result<JsonKeyIndex::Found> JsonDocumentImporter::Reader::resolve(const Place &p
     const JsonKeyIndex::Found found = m_keys.find(key);
     if (found.at < 0)
         return fault(place.path(),
-                     QStringLiteral("\"%1\" names no object of the file").arg(toQString(key)));
+                     QStringLiteral("%1 names no object of the file").arg(JsonText::excerpt(key)));
     return found;
 }
 
@@ -347,8 +442,9 @@ Result<void> JsonDocumentImporter::Reader::readLink(Planned &planned, const Plac
         return resolved.error();
     const RelationshipDescription &link = planned.entity->relationships()[declaration];
     if (!resolved->entity->isKindOfEntity(link.destination))
-        return fault(place.path(), QStringLiteral("\"%1\" is no %2")
-                                       .arg(toQString(textOf(value)), link.destinationEntityName));
+        return fault(place.path(),
+                     QStringLiteral("%1 is no %2")
+                         .arg(JsonText::excerpt(textOf(value)), link.destinationEntityName));
     for (Link &l : planned.links)
         if (l.relationship == declaration)
             l.target = resolved->at;
@@ -364,9 +460,17 @@ Result<QVariant> JsonDocumentImporter::Reader::readText(const Place &place, int 
     const Json *uri = memberOf(value, "objectURI");
     if (value.MemberCount() != 1 || !uri || !uri->IsString())
         return fault(place.path(), QStringLiteral("expected a string or {\"objectURI\": key}"));
-    auto target = resolve(Place{place.key, place.member, ".objectURI"}, textOf(*uri));
+    const Place uriPlace{place.key, place.member, ".objectURI"};
+    auto target = resolve(uriPlace, textOf(*uri));
     if (!target)
         return target.error();
+    const QString &attribute = planned.entity->attributes()[index].name;
+    if (const EntityDescription *named =
+            JsonDocumentExporter::uriTargetOf(planned.entity, attribute);
+        named && !target->entity->isKindOfEntity(named))
+        return fault(
+            uriPlace.path(),
+            QStringLiteral("%1 is no %2").arg(JsonText::excerpt(textOf(*uri)), named->name()));
     planned.uriTexts.push_back({index, target->at});
     return QVariant();
 }
@@ -396,10 +500,12 @@ Result<QVariant> JsonDocumentImporter::Reader::readAttribute(const Place &place,
         return decimal->toVariant();
     }
     case AttributeType::Date: {
-        const auto date = value.IsString() ? JsonText::parseDate(textOf(value)) : std::nullopt;
+        if (!value.IsString())
+            return wrongType(place.path(),
+                             QStringLiteral("an ISO 8601 date and time with an offset"), &value);
+        auto date = JsonText::parseDate(textOf(value));
         if (!date)
-            return fault(place.path(),
-                         QStringLiteral("expected an ISO 8601 date and time with an offset"));
+            return fault(place.path(), date.error().message);
         return QVariant(*date);
     }
     case AttributeType::Binary: {
@@ -470,7 +576,21 @@ Result<void> JsonDocumentImporter::build(ManagedObjectContext &context) {
             context.deleteObject(extra);
     setAttributes();
     context.processPendingChanges();
-    return verify();
+    if (auto verified = verify(); !verified)
+        return verified;
+    return refreshTotals(context);
+}
+
+// The cached totals are computed again from the items, as the program does when it opens a
+// document; totals that do not fit are the fault of the invoice that sums them.
+Result<void> JsonDocumentImporter::refreshTotals(ManagedObjectContext &context) {
+    const TAInvoice::TotalsSettings settings = TAInvoice::totalsSettingsInContext(&context);
+    for (const Planned &planned : std::as_const(m_objects))
+        if (auto *invoice = dynamic_cast<TAInvoice *>(planned.object))
+            if (auto totals = invoice->refreshCachedValues(settings); !totals)
+                return fault(objectPath(keyOf(planned)), totals.error().message);
+    context.processPendingChanges();
+    return {};
 }
 
 Result<void> JsonDocumentImporter::insertObjects(ManagedObjectContext &context) {

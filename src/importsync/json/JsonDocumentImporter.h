@@ -18,7 +18,8 @@ struct AttributeDescription;
 // JSON path of the first fault (a key given twice is one); build() only runs on a text that
 // passed. Objects keep their
 // keys as primary keys, and every value is set after the entities' own insert and change
-// rules have run, so the built document holds exactly the values of the text.
+// rules have run, so the built document holds exactly the values of the text, but for the
+// invoices' cached totals, which build() computes again from their items.
 class JsonDocumentImporter {
 public:
     // Parses the text in its own buffer: pass it as an rvalue to spare a copy.
@@ -52,6 +53,7 @@ private:
     void setLinks(bool &changed);
     void setAttributes();
     Result<void> verify() const;
+    Result<void> refreshTotals(ManagedObjectContext &context);
     QString keyOf(const Planned &planned) const;
 
     std::vector<Planned> m_objects;

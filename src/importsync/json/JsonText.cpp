@@ -61,9 +61,25 @@ QByteArray JsonText::quoted(QStringView text) {
     return out;
 }
 
+QString JsonText::excerpt(std::string_view utf8) {
+    // A code point takes at most four bytes: enough of them for the excerpt and one more.
+    constexpr std::size_t kBytes = (kExcerptLength + 1) * 4;
+    const QString head = QString::fromUtf8(utf8.data(), qsizetype(std::min(utf8.size(), kBytes)));
+    qsizetype cut = 0;
+    for (qsizetype points = 0; cut < head.size() && points < kExcerptLength; ++points)
+        cut += head.at(cut).isHighSurrogate() && cut + 1 < head.size() ? 2 : 1;
+    QString text = QString::fromUtf8(quoted(QStringView(head).first(cut)));
+    if (cut < head.size())
+        text.insert(text.size() - 1, QChar(0x2026)); // an ellipsis inside the quotes
+    return text;
+}
+
 namespace {
 
 constexpr qint64 kMsPerDay = 86'400'000;
+// 0001-01-01T00:00:00.000Z and 9999-12-31T23:59:59.999Z.
+constexpr qint64 kFirstInstant = -62'135'596'800'000;
+constexpr qint64 kLastInstant = 253'402'300'799'999;
 
 // Two to four decimal digits at `at`; -1 where one is not a digit.
 int digits(std::string_view text, std::size_t at, int count) {
@@ -124,11 +140,20 @@ QString JsonText::dateText(const QDateTime &date) {
     return QString(reinterpret_cast<const QChar *>(text), 24);
 }
 
-std::optional<QDateTime> JsonText::parseDate(std::string_view text) {
+bool JsonText::isDateInRange(const QDateTime &date) {
+    const qint64 ms = date.toMSecsSinceEpoch();
+    return date.isValid() && ms >= kFirstInstant && ms <= kLastInstant;
+}
+
+Result<QDateTime> JsonText::parseDate(std::string_view text) {
+    const Error malformed{ErrorCode::FileDamaged,
+                          QStringLiteral("expected an ISO 8601 date and time with an offset, "
+                                         "found %1")
+                              .arg(excerpt(text))};
     // yyyy-MM-ddTHH:mm:ss[.f{1,3}](Z|±HH:mm)
     if (text.size() < 20 || !at(text, 4, '-') || !at(text, 7, '-') || !at(text, 10, 'T') ||
         !at(text, 13, ':') || !at(text, 16, ':'))
-        return std::nullopt;
+        return malformed;
     const int year = digits(text, 0, 4), month = digits(text, 5, 2),
               dayOfMonth = digits(text, 8, 2);
     const int hour = digits(text, 11, 2), minute = digits(text, 14, 2),
@@ -136,7 +161,7 @@ std::optional<QDateTime> JsonText::parseDate(std::string_view text) {
     const QDate day(year, month, dayOfMonth);
     if (year < 1 || !day.isValid() || hour < 0 || hour > 23 || minute < 0 || minute > 59 ||
         second < 0 || second > 59)
-        return std::nullopt;
+        return malformed;
     std::size_t index = 19;
     int ms = 0;
     if (at(text, index, '.')) {
@@ -146,7 +171,7 @@ std::optional<QDateTime> JsonText::parseDate(std::string_view text) {
             scale /= 10;
         }
         if (scale == 100)
-            return std::nullopt;
+            return malformed;
     }
     int offsetMinutes = 0;
     if (at(text, index, 'Z') && index + 1 == text.size()) {
@@ -155,13 +180,18 @@ std::optional<QDateTime> JsonText::parseDate(std::string_view text) {
                at(text, index + 3, ':')) {
         const int hours = digits(text, index + 1, 2), minutes = digits(text, index + 4, 2);
         if (hours < 0 || hours > 23 || minutes < 0 || minutes > 59)
-            return std::nullopt;
+            return malformed;
         offsetMinutes = (hours * 60 + minutes) * (at(text, index, '-') ? -1 : 1);
     } else {
-        return std::nullopt;
+        return malformed;
     }
     const qint64 ms0 = QDate(1970, 1, 1).daysTo(day) * kMsPerDay +
                        ((hour * 60 + minute - offsetMinutes) * 60 + second) * qint64(1000) + ms;
+    // An offset can move the first and last days' times across the ends of the range.
+    if (ms0 < kFirstInstant || ms0 > kLastInstant)
+        return Error{
+            ErrorCode::FileDamaged,
+            QStringLiteral("%1 lies outside the years 0001 to 9999 in UTC").arg(excerpt(text))};
     return QDateTime::fromMSecsSinceEpoch(ms0, Qt::UTC);
 }
 
@@ -170,6 +200,9 @@ QByteArray JsonText::doubleLiteral(double value) {
         return QByteArrayLiteral("\"NaN\"");
     if (std::isinf(value))
         return value > 0 ? QByteArrayLiteral("\"Infinity\"") : QByteArrayLiteral("\"-Infinity\"");
+    // A document does not keep the sign of a zero (it compares equal and is stored as 0).
+    if (value == 0)
+        return QByteArrayLiteral("0");
     char buffer[32];
     const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
     return QByteArray(buffer, int(result.ptr - buffer));
@@ -186,6 +219,9 @@ std::optional<double> JsonText::parseSpecialDouble(std::string_view text) {
 }
 
 namespace {
+
+// The finest digit a decimal holds is 10^-128.
+constexpr std::size_t kMaxDecimalPlaces = 128;
 
 // The digits of `text` from `at` on; answers where they end.
 std::size_t skipDigits(std::string_view text, std::size_t from) {
@@ -220,9 +256,7 @@ Result<Decimal> JsonText::parseDecimal(std::string_view text) {
         return Decimal::notANumber();
     const auto refused = [text](const char *reason) {
         return Error{ErrorCode::FileDamaged,
-                     QStringLiteral("\"%1\" %2")
-                         .arg(QString::fromUtf8(text.data(), qsizetype(text.size())),
-                              QLatin1String(reason))};
+                     QStringLiteral("%1 %2").arg(excerpt(text), QLatin1String(reason))};
     };
     const std::size_t wholeFrom = text.starts_with('-') ? 1 : 0;
     const std::size_t wholeTo = skipDigits(text, wholeFrom);
@@ -239,6 +273,10 @@ Result<Decimal> JsonText::parseDecimal(std::string_view text) {
     if (significantDigits(text.substr(wholeFrom, wholeTo - wholeFrom), fraction) >
         std::size_t(Decimal::kMaxDigits))
         return refused("has more than 38 significant digits, and decimals are kept exactly");
+    while (!fraction.empty() && fraction.back() == '0')
+        fraction.remove_suffix(1);
+    if (fraction.size() > kMaxDecimalPlaces)
+        return refused("has digits past the 128th decimal place, and decimals are kept exactly");
     // Decimal texts are short and ASCII: widened on the stack instead of through a QString.
     char16_t wide[96];
     if (text.size() <= std::size(wide))
@@ -312,6 +350,51 @@ qsizetype JsonText::invalidUtf8At(QByteArrayView text) {
         } else {
             return at - begin;
         }
+    }
+    return -1;
+}
+
+namespace {
+
+// The UTF-16 unit of the \u escape at `at` (the backslash); -1 when there is none.
+int escapedUnit(QByteArrayView text, qsizetype at) {
+    if (at + 6 > text.size() || text[at] != '\\' || text[at + 1] != 'u')
+        return -1;
+    int unit = 0;
+    for (qsizetype i = at + 2; i < at + 6; ++i) {
+        const char c = text[i];
+        const int digit = isDigit(c)               ? c - '0'
+                          : (c >= 'a' && c <= 'f') ? c - 'a' + 10
+                          : (c >= 'A' && c <= 'F') ? c - 'A' + 10
+                                                   : -1;
+        if (digit < 0)
+            return -1;
+        unit = unit * 16 + digit;
+    }
+    return unit;
+}
+
+bool isHighSurrogate(int unit) {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+
+bool isLowSurrogate(int unit) {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+} // namespace
+
+qsizetype JsonText::loneSurrogateAt(QByteArrayView json, qsizetype from) {
+    // Backslashes stand only inside strings, each starting an escape of its own: "\\udc00"
+    // is an escaped backslash and plain text.
+    for (qsizetype at = json.indexOf('\\', from); at >= 0; at = json.indexOf('\\', at)) {
+        const int unit = escapedUnit(json, at);
+        if (isHighSurrogate(unit) && isLowSurrogate(escapedUnit(json, at + 6)))
+            at += 12;
+        else if (isHighSurrogate(unit) || isLowSurrogate(unit))
+            return at;
+        else
+            at += unit >= 0 ? 6 : 2;
     }
     return -1;
 }
