@@ -109,6 +109,8 @@ Result<std::unique_ptr<CliDocument>> CliDocument::read(const QString &path, View
     }
     if (auto bound = document->bindStore(source); !bound)
         return bound.error();
+    if (auto whole = document->readRows(); !whole)
+        return whole.error();
     if (view == View::Opened)
         document->m_document->windowControllerDidLoadNib();
     return document;
@@ -144,6 +146,17 @@ Result<void> CliDocument::bindStore(const QString &path) {
     m_owned = std::make_unique<TADocument>();
     m_owned->setManagedObjectContext(std::make_unique<ManagedObjectContext>(*store));
     m_document = m_owned.get();
+    return {};
+}
+
+// Every row is read before a command acts, so that damage anywhere in the file fails the
+// command instead of leaving it a part of the document to report, list or export.
+Result<void> CliDocument::readRows() {
+    ManagedObjectContext &ctx = context();
+    for (const EntityDescription *entity : ctx.model()->entities())
+        if (!entity->isAbstract())
+            if (auto loaded = ctx.loadEntity(entity->name(), false); !loaded)
+                return loaded;
     return {};
 }
 

@@ -56,6 +56,7 @@ private:
     Result<QString> upgradedCopy(const QString &path);
     Result<void> bindStore(const QString &path);
     void removeSideFiles();
+    Result<void> readRows();
     void clearContents();
 
     QString m_fileModelVersion;

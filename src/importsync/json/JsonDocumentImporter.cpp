@@ -345,6 +345,9 @@ Result<void> JsonDocumentImporter::Reader::readKeys(const Json &objects) {
         if (!parts)
             return fault(objectPath(key), QStringLiteral("a key is \"Entity/number\", the "
                                                          "number from 1"));
+        if (!PersistentStore::isObjectNumber(parts->number))
+            return fault(objectPath(key), QStringLiteral("the number of a key is at most %1")
+                                              .arg(PersistentStore::kMaxObjectNumber));
         const EntityDescription *entity = m_keys.entity(parts->entityName);
         if (!entity || entity->isAbstract())
             return fault(objectPath(key),
@@ -604,16 +607,14 @@ Result<void> JsonDocumentImporter::insertObjects(ManagedObjectContext &context) 
     });
     // The store is new, so its keys start at 1; the ones between two objects are skipped.
     PersistentStore *store = context.persistentStore();
-    QHash<const EntityDescription *, qint64> nextKey;
     for (qsizetype at : order) {
         Planned &planned = m_objects[at];
         planned.object = context.insertNewObject(planned.entity->name());
         if (!planned.object)
             return fault(objectPath(keyOf(planned)), QStringLiteral("could not be made"));
-        qint64 &next = nextKey[planned.entity];
-        for (next = std::max<qint64>(next, 1); next < planned.number; ++next)
-            (void)store->allocatePrimaryKey(planned.entity);
-        ++next;
+        if (auto skipped = store->skipPrimaryKeysThrough(planned.entity, planned.number - 1);
+            !skipped)
+            return fault(objectPath(keyOf(planned)), skipped.error().message);
         context.obtainPermanentIDs({planned.object});
         if (planned.object->objectID().number() != planned.number)
             return fault(objectPath(keyOf(planned)), QStringLiteral("the key could not be kept"));

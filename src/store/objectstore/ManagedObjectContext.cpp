@@ -16,6 +16,7 @@ ManagedObjectContext::ManagedObjectContext(std::shared_ptr<PersistentStore> stor
     , m_ownUndo(std::make_unique<UndoManager>()) {
     const qsizetype count = m_store->model().entities().size();
     m_byPk.resize(count);
+    m_highestKey.assign(count, 0);
     m_members.resize(count);
     m_loaded.assign(count, false);
     setUndoManager(m_ownUndo.get());
@@ -52,12 +53,10 @@ void ManagedObjectContext::setUndoManager(UndoManager *undoManager) {
 
 ManagedObject *ManagedObjectContext::registeredObject(const EntityDescription *entity, qint64 pk,
                                                       bool create) {
-    auto &table = m_byPk[entity->index()];
-    if (pk <= 0)
-        return nullptr;
-    if (size_t(pk) < table.size() && table[pk])
-        return table[pk];
-    if (!create)
+    PrimaryKeyIndex &table = m_byPk[entity->index()];
+    if (ManagedObject *known = table.find(pk))
+        return known;
+    if (!create || !PersistentStore::isObjectNumber(pk))
         return nullptr;
     ManagedObject *object = entity->createInstance();
     object->m_entity = entity;
@@ -69,9 +68,7 @@ ManagedObject *ManagedObjectContext::registeredObject(const EntityDescription *e
     object->m_toOne.assign(entity->toOneCount(), nullptr);
     object->m_toMany.resize(entity->toManyCount());
     m_objects.emplace_back(object);
-    if (size_t(pk) >= table.size())
-        table.resize(std::max<size_t>(size_t(pk) + 1, table.size() * 3 / 2));
-    table[pk] = object;
+    table.insert(pk, object);
     return object;
 }
 
@@ -386,7 +383,7 @@ Result<void> ManagedObjectContext::loadEntity(const QString &entityName, bool in
     if (!entity)
         return Error{ErrorCode::UnknownEntity,
                      QStringLiteral("There is no entity named “%1”.").arg(entityName)};
-    m_lastLoadError.reset();
+    m_lastLoadError = m_damage;
     ensureEntityLoaded(entity);
     if (includeSubentities)
         for (const EntityDescription *sub : entity->subentities())
@@ -434,7 +431,7 @@ ManagedObjectContext::executeFetchRequest(const FetchRequest &request) {
     QList<const EntityDescription *> entities{entity};
     if (request.includesSubentities)
         entities += entity->subentities();
-    m_lastLoadError.reset();
+    m_lastLoadError = m_damage;
     // A condition that wants links empty reads only such rows of a table not read yet (the
     // unassigned timers of a decade among all of them): the others cannot match.
     const QStringList nullKeys =
@@ -551,12 +548,11 @@ void ManagedObjectContext::obtainPermanentIDs(const QList<ManagedObject *> &obje
         if (!object || object->m_context != this || !object->m_id.isTemporaryID())
             continue;
         const qint64 pk = m_store->allocatePrimaryKey(object->m_entity);
+        if (pk == 0)
+            continue; // no number left: the save refuses to write it
         m_byTemporary.remove(object->m_id.number());
         object->m_id = ObjectID(object->m_entity, m_store->uuid(), pk, false);
-        auto &table = m_byPk[object->m_entity->index()];
-        if (size_t(pk) >= table.size())
-            table.resize(std::max<size_t>(size_t(pk) + 1, table.size() * 3 / 2));
-        table[pk] = object;
+        m_byPk[object->m_entity->index()].insert(pk, object);
     }
 }
 
@@ -663,8 +659,10 @@ void ManagedObjectContext::forgetObjects() {
     clearChangedList();
     m_touchedByUndo.clear();
     m_byTemporary.clear();
-    for (auto &table : m_byPk)
+    for (PrimaryKeyIndex &table : m_byPk)
         table.clear();
+    m_highestKey.assign(m_highestKey.size(), 0);
+    m_damage.reset();
     for (auto &members : m_members)
         members.clear();
     m_loaded.assign(m_loaded.size(), false);

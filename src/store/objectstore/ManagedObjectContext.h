@@ -2,6 +2,7 @@
 
 #include "store/objectstore/FetchRequest.h"
 #include "store/objectstore/ManagedObject.h"
+#include "store/objectstore/PrimaryKeyIndex.h"
 #include "store/objectstore/Result.h"
 
 #include <QHash>
@@ -86,7 +87,8 @@ public:
 
     // Loads every row of the entity (and its subentities); the rest stays on disk until used.
     Result<void> loadEntity(const QString &entityName, bool includeSubentities = true);
-    // The last error met while loading rows on demand, where no caller could be told.
+    // The last error met while loading rows on demand, where no caller could be told. Damage
+    // found in the file stays here, and fails every later fetch, until reset().
     const std::optional<Error> &lastLoadError() const { return m_lastLoadError; }
 
 signals:
@@ -103,6 +105,11 @@ private:
     // Reads only the rows whose links `keys` are empty, while the entity is not loaded and
     // nothing waits unsaved; false when that cannot be done and the entity must be loaded.
     bool loadRowsWithNullLinks(const EntityDescription *entity, const QStringList &keys);
+    // Whether some table the link may lead to holds a row numbered `key` or above.
+    bool keyWithinTables(const RelationshipDescription &link, qint64 key);
+    void noteDamage(const QString &reason);
+    // A table that could not be read to its end: damage, or a file in use or unreadable.
+    void noteReadFailure(const EntityDescription *entity, int code, const QString &detail);
     void ensureToManyLoaded(const RelationshipDescription &relationship);
     ManagedObject *registeredObject(const EntityDescription *entity, qint64 pk, bool create);
     void addMember(ManagedObject *object);
@@ -139,8 +146,9 @@ private:
     std::unique_ptr<UndoManager> m_ownUndo;
 
     std::vector<std::unique_ptr<ManagedObject>> m_objects; // every object ever made here
-    // Per entity index, objects by primary key: keys are handed out densely from 1.
-    std::vector<std::vector<ManagedObject *>> m_byPk;
+    std::vector<PrimaryKeyIndex> m_byPk;                   // per entity index
+    // Per entity index, the highest key its tables were seen to hold; 0 until asked.
+    std::vector<qint64> m_highestKey;
     QHash<qint64, ManagedObject *> m_byTemporary;
     std::vector<QList<ManagedObject *>> m_members; // live objects per entity index
     std::vector<bool> m_loaded;                    // per entity index
@@ -154,4 +162,5 @@ private:
     bool m_autoProcess = false;
     bool m_processScheduled = false;
     std::optional<Error> m_lastLoadError;
+    std::optional<Error> m_damage; // the first damage the rows showed
 };

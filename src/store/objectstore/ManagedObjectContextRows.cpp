@@ -7,6 +7,7 @@
 #include "store/objectstore/SqliteConnection.h"
 
 #include <QDateTime>
+#include <QFileInfo>
 #include <QScopeGuard>
 #include <QStringEncoder>
 #include <QStringList>
@@ -14,6 +15,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -71,6 +73,34 @@ QVariant readColumn(sqlite3_stmt *stmt, int column, AttributeType type) {
         return QVariant(sqlite3_column_double(stmt, column));
     }
     return {};
+}
+
+// "The document “name”", as messages about a file begin.
+QString documentName(const QString &path) {
+    const QString name = QFileInfo(path).fileName();
+    return name.isEmpty() ? QStringLiteral("The document")
+                          : QStringLiteral("The document “%1”").arg(name);
+}
+
+// Why a link's stored key cannot be followed; no key for a value that is no integer.
+QString badLink(const EntityDescription *entity, qint64 number, const RelationshipDescription &link,
+                std::optional<qint64> key, qint64 highest) {
+    const QString where =
+        QStringLiteral("%1 %2 links its “%3” to ").arg(entity->name()).arg(number).arg(link.name);
+    if (!key)
+        return where + QStringLiteral("a value that is no object number");
+    if (!PersistentStore::isObjectNumber(*key))
+        return where + QStringLiteral("%1; objects are numbered from 1 to %2")
+                           .arg(*key)
+                           .arg(PersistentStore::kMaxObjectNumber);
+    if (highest == 0)
+        return where + QStringLiteral("%1 %2, but there are no rows of %1")
+                           .arg(link.destinationEntityName)
+                           .arg(*key);
+    return where + QStringLiteral("%1 %2, beyond the last row of %1 (%3)")
+                       .arg(link.destinationEntityName)
+                       .arg(*key)
+                       .arg(highest);
 }
 
 // The texts of one row, kept until the row is written so that SQLite can bind them without a
@@ -220,7 +250,7 @@ void ManagedObjectContext::loadRows(const EntityDescription *entity, const QStri
         sql += QStringLiteral(" WHERE ") + where;
     SqliteStatement *stmt = db->statement(sql);
     if (!stmt) {
-        m_lastLoadError = Error{ErrorCode::FileDamaged, db->lastError()};
+        noteReadFailure(entity, db->lastErrorCode(), db->lastError());
         return;
     }
     const auto &attributes = entity->attributes();
@@ -237,7 +267,16 @@ void ManagedObjectContext::loadRows(const EntityDescription *entity, const QStri
     int rc;
     while ((rc = stmt->step()) == SQLITE_ROW) {
         sqlite3_stmt *row = stmt->handle();
-        ManagedObject *object = registeredObject(entity, sqlite3_column_int64(row, 0), true);
+        const qint64 number = sqlite3_column_int64(row, 0);
+        if (!PersistentStore::isObjectNumber(number)) {
+            noteDamage(QStringLiteral("the table of %1 holds a row numbered %2; objects are "
+                                      "numbered from 1 to %3")
+                           .arg(entity->name())
+                           .arg(number)
+                           .arg(PersistentStore::kMaxObjectNumber));
+            continue;
+        }
+        ManagedObject *object = registeredObject(entity, number, true);
         if (object->m_state != ManagedObject::State::Fault)
             continue;
         int column = 1;
@@ -247,12 +286,24 @@ void ManagedObjectContext::loadRows(const EntityDescription *entity, const QStri
         for (int slot = 0; slot < entity->toOneCount(); ++slot) {
             const RelationshipDescription &r =
                 relationships[entity->relationshipForToOneSlot(slot)];
-            const bool present = sqlite3_column_type(row, column) != SQLITE_NULL;
+            const int type = sqlite3_column_type(row, column);
             const qint64 pk = sqlite3_column_int64(row, column);
             const EntityDescription *target =
                 m_store->entityForCode(sqlite3_column_int(row, column + 1));
             column += 2;
-            if (!present || !target || !target->isKindOfEntity(r.destination))
+            if (type == SQLITE_NULL)
+                continue;
+            // A number no table could hold is damage; one that names no row reads as empty.
+            if (type != SQLITE_INTEGER || !PersistentStore::isObjectNumber(pk) ||
+                pk > m_highestKey[r.destination->index()]) {
+                if (!keyWithinTables(r, type == SQLITE_INTEGER ? pk : 0)) {
+                    noteDamage(badLink(entity, number, r,
+                                       type == SQLITE_INTEGER ? std::optional(pk) : std::nullopt,
+                                       m_highestKey[r.destination->index()]));
+                    continue;
+                }
+            }
+            if (!target || !target->isKindOfEntity(r.destination))
                 continue;
             ManagedObject *other = registeredObject(target, pk, true);
             // A table read before this one has no such row: the link reads as empty.
@@ -280,17 +331,68 @@ void ManagedObjectContext::loadRows(const EntityDescription *entity, const QStri
         for (; run != end; ++run)
             set.appendNew(run->member); // a fault is in no set yet
     }
-    stmt->reset();
     if (rc != SQLITE_DONE)
-        m_lastLoadError = Error{ErrorCode::FileDamaged, db->lastError()};
+        noteReadFailure(entity, rc, db->lastError());
+    stmt->reset();
     // Links to rows that do not exist (any more) read as empty; after part of the rows, the
     // others may still come.
     if (where.isEmpty())
-        for (ManagedObject *object : m_byPk[entity->index()])
-            if (object && object->m_state == ManagedObject::State::Fault)
+        m_byPk[entity->index()].forEach([](ManagedObject *object) {
+            if (object->m_state == ManagedObject::State::Fault)
                 object->m_state = ManagedObject::State::Missing;
+        });
     for (ManagedObject *object : loaded)
         object->awakeFromFetch();
+}
+
+bool ManagedObjectContext::keyWithinTables(const RelationshipDescription &link, qint64 key) {
+    if (!PersistentStore::isObjectNumber(key))
+        return false;
+    qint64 &highest = m_highestKey[link.destination->index()];
+    if (key <= highest)
+        return true;
+    // Asked of the file, not of the store: another program may have added rows since the
+    // store was opened. Each table's last key is found without a scan.
+    SqliteConnection *db = connection();
+    if (!db)
+        return false;
+    for (const EntityDescription *kind : m_store->model().entities()) {
+        if (kind->isAbstract() || !kind->isKindOfEntity(link.destination))
+            continue;
+        SqliteStatement *max = db->statement(
+            QStringLiteral("SELECT MAX(pk) FROM %1").arg(quoted(PersistentStore::tableName(kind))));
+        if (max && max->step() == SQLITE_ROW)
+            highest = std::max<qint64>(highest, sqlite3_column_int64(max->handle(), 0));
+        if (max)
+            max->reset();
+    }
+    return key <= highest;
+}
+
+void ManagedObjectContext::noteDamage(const QString &reason) {
+    const Error damage{ErrorCode::FileDamaged,
+                       documentName(m_store->path()) +
+                           QStringLiteral(" is damaged and cannot be read (") + reason +
+                           QStringLiteral(").")};
+    m_lastLoadError = damage;
+    if (!m_damage)
+        m_damage = damage;
+}
+
+void ManagedObjectContext::noteReadFailure(const EntityDescription *entity, int code,
+                                           const QString &detail) {
+    const int primary = code & 0xff;
+    if (primary == SQLITE_BUSY || primary == SQLITE_LOCKED)
+        m_lastLoadError = Error{ErrorCode::FileLocked, documentName(m_store->path()) +
+                                                           QStringLiteral(" is in use by another "
+                                                                          "program.")};
+    else if (primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB || primary == SQLITE_ERROR)
+        noteDamage(
+            QStringLiteral("the table of %1 cannot be read: %2").arg(entity->name(), detail));
+    else
+        m_lastLoadError = Error{ErrorCode::FileNotReadable,
+                                documentName(m_store->path()) +
+                                    QStringLiteral(" cannot be read (%1).").arg(detail)};
 }
 
 namespace {
@@ -372,6 +474,11 @@ Result<void> ManagedObjectContext::writeChanges(SqliteConnection &db,
         } else {
             if (object->m_hasRow && !object->m_dirty)
                 continue;
+            // Keys are given out from 1 to the largest the store holds, and no further.
+            if (object->m_id.isTemporaryID())
+                return Error{ErrorCode::WriteFailed,
+                             QStringLiteral("there are no numbers left for new objects of %1")
+                                 .arg(entity->name())};
             stmt = rowStatement(db, entity, cached,
                                 object->m_hasRow ? RowWrite::Update : RowWrite::Insert);
             if (!stmt)

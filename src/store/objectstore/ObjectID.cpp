@@ -1,6 +1,7 @@
 #include "store/objectstore/ObjectID.h"
 
 #include "store/objectstore/EntityDescription.h"
+#include "store/objectstore/PersistentStore.h"
 
 #include <QStringList>
 
@@ -37,7 +38,7 @@ std::optional<ObjectID::UriParts> ObjectID::parseUri(const QString &text) {
         return std::nullopt;
     bool ok = false;
     const qint64 number = parts[2].mid(1).toLongLong(&ok);
-    if (!ok || number <= 0)
+    if (!ok || !PersistentStore::isObjectNumber(number))
         return std::nullopt;
     return UriParts{parts[0], parts[1], number, kind == u't'};
 }

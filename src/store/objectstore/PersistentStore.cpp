@@ -61,6 +61,13 @@ Error openError(const QString &path, int sqliteCode, const QString &detail) {
         QStringLiteral("The document “%1” cannot be read (%2).").arg(displayName(path), detail)};
 }
 
+Error missingTable(const QString &path, const EntityDescription *entity) {
+    return {ErrorCode::FileDamaged,
+            QStringLiteral("The document “%1” is damaged and cannot be opened (the table of %2 is "
+                           "missing).")
+                .arg(displayName(path), entity->name())};
+}
+
 // True when the file looks cut short: fewer bytes than the pages it claims, with no
 // write-ahead log that could hold the rest.
 bool looksTruncated(const QString &path, SqliteConnection &connection) {
@@ -469,16 +476,28 @@ Result<void> PersistentStore::readLayout(SqliteConnection &connection) {
         if (entity->isAbstract())
             continue;
         if (!codes.contains(entity))
+            return missingTable(m_path, entity);
+        // Each table's first and last keys, found without a scan.
+        SqliteStatement *range = connection.statement(
+            QStringLiteral("SELECT (SELECT MIN(pk) FROM %1), (SELECT MAX(pk) FROM %1)")
+                .arg(quoted(tableName(entity))));
+        if (!range && (connection.lastErrorCode() & 0xff) == SQLITE_ERROR)
+            return missingTable(m_path, entity);
+        if (!range || range->step() != SQLITE_ROW)
+            return openError(m_path, connection.lastErrorCode(), connection.lastError());
+        const bool empty = sqlite3_column_type(range->handle(), 0) == SQLITE_NULL;
+        const qint64 first = sqlite3_column_int64(range->handle(), 0);
+        const qint64 last = sqlite3_column_int64(range->handle(), 1);
+        range->reset();
+        if (!empty && (!isObjectNumber(first) || !isObjectNumber(last)))
             return Error{ErrorCode::FileDamaged,
                          QStringLiteral("The document “%1” is damaged and cannot be opened (the "
-                                        "table of %2 is missing).")
-                             .arg(displayName(m_path), entity->name())};
-        SqliteStatement *max = connection.statement(
-            QStringLiteral("SELECT MAX(pk) FROM %1").arg(quoted(tableName(entity))));
-        if (!max || max->step() != SQLITE_ROW)
-            return openError(m_path, connection.lastErrorCode(), connection.lastError());
-        next.insert(entity, sqlite3_column_int64(max->handle(), 0) + 1);
-        max->reset();
+                                        "table of %2 holds a row numbered %3; objects are "
+                                        "numbered from 1 to %4).")
+                             .arg(displayName(m_path), entity->name())
+                             .arg(isObjectNumber(first) ? last : first)
+                             .arg(kMaxObjectNumber)};
+        next.insert(entity, empty ? 1 : last + 1);
     }
     QMutexLocker lock(&m_mutex);
     m_codes = codes;
@@ -560,7 +579,23 @@ qint64 PersistentStore::allocatePrimaryKey(const EntityDescription *entity) {
     qint64 &next = m_nextPk[entity];
     if (next < 1)
         next = 1;
+    if (next > kMaxObjectNumber)
+        return 0;
     return next++;
+}
+
+Result<void> PersistentStore::skipPrimaryKeysThrough(const EntityDescription *entity,
+                                                     qint64 number) {
+    if (number > kMaxObjectNumber)
+        return Error{ErrorCode::Generic,
+                     QStringLiteral("Objects of %1 are numbered from 1 to %2; %3 is beyond.")
+                         .arg(entity->name())
+                         .arg(kMaxObjectNumber)
+                         .arg(number)};
+    QMutexLocker lock(&m_mutex);
+    qint64 &next = m_nextPk[entity];
+    next = std::max(next, number + 1);
+    return {};
 }
 
 // The code tables are filled while the store is opened, before any context can see it, and

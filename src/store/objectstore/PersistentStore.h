@@ -35,6 +35,11 @@ public:
         int busyTimeoutMs = 5000;
     };
 
+    // Objects are numbered from 1 to this, per entity: every number is exact as a double
+    // (in JSON and in predicates). A file holding a row or link outside is damaged.
+    static constexpr qint64 kMaxObjectNumber = (qint64(1) << 53) - 1;
+    static bool isObjectNumber(qint64 number) { return number >= 1 && number <= kMaxObjectNumber; }
+
     static Result<std::shared_ptr<PersistentStore>>
     open(const QString &path, const ManagedObjectModel &model, const Options &options);
     static Result<std::shared_ptr<PersistentStore>> open(const QString &path,
@@ -71,7 +76,10 @@ public:
     quint64 generation() const; // changes when the store moves to another file
     // How long a save waits for another writer (another process) before it gives up.
     void setBusyTimeout(int milliseconds);
+    // The next number for a new object of the entity; 0 when none is left.
     qint64 allocatePrimaryKey(const EntityDescription *entity);
+    // Numbers up to `number` are never handed out for the entity, however many that skips.
+    Result<void> skipPrimaryKeysThrough(const EntityDescription *entity, qint64 number);
     int entityCode(const EntityDescription *entity) const;
     const EntityDescription *entityForCode(int code) const;
     static QString tableName(const EntityDescription *entity);

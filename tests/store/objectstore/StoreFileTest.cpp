@@ -231,6 +231,11 @@ TEST_F(StoreFile, FetchWantingEmptyLinksAgreesWithAFullRead) {
         auto store = PersistentStore::create(path, *model);
         ASSERT_TRUE(store.ok());
         ManagedObjectContext ctx(*store);
+        // Saved and deleted again: a number inside the table that names no row.
+        ManagedObject *gone = ctx.insertNewObject(QStringLiteral("Owner"));
+        ASSERT_TRUE(ctx.save().ok());
+        const qint64 goneNumber = gone->objectID().number();
+        ctx.deleteObject(gone);
         ManagedObject *owner = ctx.insertNewObject(QStringLiteral("Owner"));
         ManagedObject *special = ctx.insertNewObject(QStringLiteral("SpecialOwner"));
         ManagedObject *note = ctx.insertNewObject(QStringLiteral("Note"));
@@ -259,7 +264,7 @@ TEST_F(StoreFile, FetchWantingEmptyLinksAgreesWithAFullRead) {
             QStringLiteral("UPDATE \"%1\" SET \"%2\" = %4, \"%3\" = %5 WHERE pk = %6;"
                            "UPDATE \"%1\" SET \"%2\" = %7, \"%3\" = %8 WHERE pk = %9;")
                 .arg(PersistentStore::tableName(widget), owned, ownedKind)
-                .arg(note->objectID().number() + 999)
+                .arg(goneNumber)
                 .arg((*store)->entityCode(model->entity(QStringLiteral("Owner"))))
                 .arg(dangling->objectID().number())
                 .arg(note->objectID().number())
