@@ -6,6 +6,7 @@
 #include "store/document/TAInvoiceCacheUpdater.h"
 #include "store/objectstore/ManagedObjectModel.h"
 #include "store/objectstore/SqliteConnection.h"
+#include "store/objectstore/StoreSideFiles.h"
 
 #include <QFileInfo>
 
@@ -26,11 +27,6 @@ bool isOlderModel(const QByteArray &hash) {
     return false;
 }
 
-bool hasSideFiles(const QString &path) {
-    return QFileInfo::exists(path + QStringLiteral("-wal")) ||
-           QFileInfo::exists(path + QStringLiteral("-shm"));
-}
-
 Error inUse(const QString &path) {
     return Error{ErrorCode::FileLocked, QStringLiteral("The document “%1” is in use by another "
                                                        "program.")
@@ -47,18 +43,13 @@ Result<void> backUp(const QString &from, const QString &to) {
     if (!target)
         return target.error();
     sqlite3_busy_timeout((*source)->handle(), g_busyTimeoutMs);
-    sqlite3_backup *backup =
-        sqlite3_backup_init((*target)->handle(), "main", (*source)->handle(), "main");
-    if (!backup)
-        return Error{ErrorCode::FileNotReadable, (*target)->lastError()};
-    const int rc = sqlite3_backup_step(backup, -1);
-    sqlite3_backup_finish(backup);
-    if ((rc & 0xff) == SQLITE_BUSY || (rc & 0xff) == SQLITE_LOCKED)
+    auto copied = (*source)->copyInto(**target);
+    if (!copied && copied.error().code == int(ErrorCode::FileLocked))
         return inUse(from);
-    if (rc != SQLITE_DONE)
+    if (!copied)
         return Error{ErrorCode::FileNotReadable,
                      QStringLiteral("The document “%1” cannot be read (%2).")
-                         .arg(QFileInfo(from).fileName(), QString::fromUtf8(sqlite3_errstr(rc)))};
+                         .arg(QFileInfo(from).fileName(), copied.error().message)};
     return {};
 }
 
@@ -74,7 +65,6 @@ CliDocument::~CliDocument() {
     } else if (m_document) {
         controller().closeDocument(m_document);
     }
-    removeSideFiles();
 }
 
 void CliDocument::setBusyTimeout(int milliseconds) {
@@ -93,13 +83,13 @@ Result<std::unique_ptr<CliDocument>> CliDocument::open(const QString &path, bool
 // reports or exports has to be what the file holds. Commands that write a document keep to
 // the desktop's steps.
 Result<std::unique_ptr<CliDocument>> CliDocument::read(const QString &path, View view) {
+    auto sideFiles = std::make_unique<StoreSideFiles>(path);
     auto metadata = PersistentStore::metadataForFile(path);
     if (!metadata)
         return metadata.error();
     std::unique_ptr<CliDocument> document(new CliDocument);
+    document->m_sideFiles = std::move(sideFiles);
     document->m_fileModelVersion = metadata->modelVersion;
-    if (!hasSideFiles(path))
-        document->m_readPath = QFileInfo(path).absoluteFilePath();
     QString source = path;
     if (isOlderModel(metadata->modelHash)) {
         auto copy = document->upgradedCopy(path);
@@ -158,19 +148,6 @@ Result<void> CliDocument::readRows() {
             if (auto loaded = ctx.loadEntity(entity->name(), false); !loaded)
                 return loaded;
     return {};
-}
-
-// A read-only connection leaves the log and its index beside a file that had none. A
-// connection that may write removes them as it closes, if it is the file's last: SQLite
-// decides that under its own locks, so a program using the file keeps them.
-void CliDocument::removeSideFiles() {
-    if (m_readPath.isEmpty() || !hasSideFiles(m_readPath) || !QFileInfo(m_readPath).isWritable())
-        return;
-    auto connection = SqliteConnection::open(m_readPath, SqliteConnection::Mode::ReadWrite);
-    if (connection) {
-        sqlite3_busy_timeout((*connection)->handle(), 0);
-        (void)(*connection)->exec(QStringLiteral("SELECT 1 FROM _meta LIMIT 1"));
-    }
 }
 
 Result<std::unique_ptr<CliDocument>> CliDocument::create(const QString &path) {

@@ -9,6 +9,7 @@
 
 #include <memory>
 
+class StoreSideFiles;
 class TADocument;
 
 // A document file opened or made for one command, and closed again when the command is done.
@@ -55,12 +56,12 @@ private:
     explicit CliDocument(TADocument *document = nullptr);
     Result<QString> upgradedCopy(const QString &path);
     Result<void> bindStore(const QString &path);
-    void removeSideFiles();
     Result<void> readRows();
     void clearContents();
 
     QString m_fileModelVersion;
-    QString m_readPath; // the file read, when its side files are to be tidied away
+    // Tidied away last, once the document closed every connection to the file.
+    std::unique_ptr<StoreSideFiles> m_sideFiles;
     std::unique_ptr<QTemporaryDir> m_scratch; // outlives the document that reads from it
     std::unique_ptr<TADocument> m_owned;      // a document read without the controller
     TADocument *m_document = nullptr;

@@ -49,7 +49,8 @@ int CliExportCommand::run(const QStringList &arguments, QTextStream &out, QTextS
         return CliExit::Ok;
     }
     QSaveFile file(output);
-    if (!file.open(QIODevice::WriteOnly))
+    // Unbuffered, so that a full disk is reported by the write it stops, with its reason.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return fail(err, output, file.errorString(), CliExit::FileUnusable);
     if (auto written = exporter.exportDocument(file); !written) {
         file.cancelWriting();

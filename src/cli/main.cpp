@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <new>
 
 namespace {
 // Commands that draw invoice pages need fonts, so a GUI application; with no platform named
@@ -33,9 +34,8 @@ void severeOnly(QtMsgType type, const QMessageLogContext &context, const QString
     if ((type == QtCriticalMsg || type == QtFatalMsg) && g_qtHandler)
         g_qtHandler(type, context, message);
 }
-} // namespace
 
-int main(int argc, char *argv[]) {
+int run(int argc, char *argv[]) {
     g_qtHandler = qInstallMessageHandler(severeOnly);
     std::unique_ptr<QCoreApplication> app;
     if (drawsPages(argc, argv)) {
@@ -53,4 +53,16 @@ int main(int argc, char *argv[]) {
     QTextStream err(stderr);
     CliRunner runner;
     return runner.run(QCoreApplication::arguments().mid(1), out, err);
+}
+} // namespace
+
+// Files are only ever put in place whole, so running out of memory anywhere leaves nothing
+// to undo: say so and stop.
+int main(int argc, char *argv[]) {
+    try {
+        return run(argc, argv);
+    } catch (const std::bad_alloc &) {
+        std::fputs("billfold-cli: out of memory; nothing was written\n", stderr);
+        return 2;
+    }
 }

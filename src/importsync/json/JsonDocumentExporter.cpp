@@ -3,6 +3,7 @@
 #include "importsync/json/JsonText.h"
 #include "store/TADocModel.h"
 #include "store/entities/TAKeys.h"
+#include "store/objectstore/DocumentFileWriter.h"
 #include "store/objectstore/EntityDescription.h"
 #include "store/objectstore/ManagedObjectContext.h"
 #include "store/objectstore/ManagedObjectModel.h"
@@ -118,8 +119,8 @@ Result<void> JsonDocumentExporter::exportDocument(QIODevice &device) {
     QByteArray out;
     out.reserve(kChunk + (kChunk >> 2));
     const auto flush = [&]() -> Result<void> {
-        if (device.write(out) != out.size())
-            return Error{ErrorCode::WriteFailed, device.errorString()};
+        if (auto written = DocumentFileWriter::writeAll(device, out); !written)
+            return written;
         out.resize(0); // keeps the buffer
         return {};
     };

@@ -18,14 +18,42 @@
 #include <rapidjson/error/en.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
+#include <new>
 #include <numeric>
 #include <string_view>
 #include <utility>
 
 namespace {
 
-using Json = rapidjson::Value;
+// The library's own allocator answers a null when memory runs out, and the parser writes
+// through it: running out must stop the reading (the command reports it) instead.
+struct ThrowingAllocator {
+    static const bool kNeedFree = true;
+    void *Malloc(size_t size) {
+        if (size == 0)
+            return nullptr;
+        if (void *memory = std::malloc(size))
+            return memory;
+        throw std::bad_alloc();
+    }
+    void *Realloc(void *original, size_t, size_t size) {
+        if (size == 0) {
+            std::free(original);
+            return nullptr;
+        }
+        if (void *memory = std::realloc(original, size))
+            return memory;
+        throw std::bad_alloc();
+    }
+    static void Free(void *memory) { std::free(memory); }
+};
+
+using JsonDocument =
+    rapidjson::GenericDocument<rapidjson::UTF8<>, rapidjson::MemoryPoolAllocator<ThrowingAllocator>,
+                               ThrowingAllocator>;
+using Json = JsonDocument::ValueType;
 
 // In place: strings are unescaped inside the text's own buffer, so the parsed tree holds no
 // copy of them. The encoding is checked beforehand, on the whole text at once. Nesting is
@@ -275,7 +303,7 @@ Result<void> JsonDocumentImporter::read(QByteArray json) {
     // The parser scans strings in aligned 16-byte blocks: the block holding the final NUL must
     // lie inside the buffer.
     json.append(QByteArray(kScanPadding, '\0'));
-    rapidjson::Document document;
+    JsonDocument document;
     rapidjson::InsituStringStream stream(json.data());
     document.ParseStream<kParseFlags>(stream);
     if (document.HasParseError())
@@ -350,8 +378,9 @@ Result<void> JsonDocumentImporter::Reader::readKeys(const Json &objects) {
                                               .arg(PersistentStore::kMaxObjectNumber));
         const EntityDescription *entity = m_keys.entity(parts->entityName);
         if (!entity || entity->isAbstract())
-            return fault(objectPath(key),
-                         QStringLiteral("unknown entity \"%1\"").arg(toQString(parts->entityName)));
+            return fault(
+                objectPath(key),
+                QStringLiteral("unknown entity %1").arg(JsonText::excerpt(parts->entityName)));
         if (!m_keys.insert(entity, parts->number, at))
             return fault(objectPath(key), QStringLiteral("duplicate key"));
         m_objects[at].entity = entity;

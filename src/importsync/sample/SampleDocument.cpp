@@ -5,6 +5,7 @@
 #include "store/document/TADocument.h"
 #include "store/document/TAInvoiceCacheUpdater.h"
 #include "store/entities/TAKeys.h"
+#include "store/objectstore/DocumentFileWriter.h"
 #include "store/objectstore/EntityDescription.h"
 #include "store/objectstore/FetchRequest.h"
 #include "store/objectstore/ManagedObject.h"
@@ -14,6 +15,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSaveFile>
 #include <QTemporaryDir>
 
 namespace {
@@ -52,13 +54,22 @@ Result<qint64> SampleDocument::daysTo(const QDateTime &now) {
 
 Result<QString> SampleDocument::extract(const QString &folder) {
     const QString copy = QDir(folder).filePath(QStringLiteral("Sample.tadb"));
-    if (!QFile::exists(kDocument))
+    QFile source(kDocument);
+    if (!source.open(QIODevice::ReadOnly))
         return missing(kDocument);
-    QFile::remove(copy);
-    if (!QFile::copy(kDocument, copy) ||
-        !QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner))
+    auto failed = [&copy](const QString &reason) {
         return Error{ErrorCode::WriteFailed,
-                     QStringLiteral("The sample document could not be copied to %1.").arg(copy)};
+                     QStringLiteral("The sample document could not be copied to %1 (%2).")
+                         .arg(copy, reason)};
+    };
+    QSaveFile target(copy);
+    if (!target.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        return failed(target.errorString());
+    if (auto written = DocumentFileWriter::writeAll(target, source.readAll()); !written)
+        return failed(written.error().message);
+    if (!target.commit())
+        return failed(target.errorString());
+    QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
     return copy;
 }
 

@@ -1,48 +1,24 @@
 #include "store/document/OTVersionManager.h"
 
+#include "store/objectstore/DocumentFileWriter.h"
 #include "store/objectstore/ManagedObjectContext.h"
 #include "store/objectstore/ManagedObjectModel.h"
 #include "store/objectstore/PersistentStore.h"
+#include "store/objectstore/SqliteConnection.h"
+#include "store/objectstore/StoreSideFiles.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QUuid>
+#include <QTemporaryDir>
 
 #include <algorithm>
-#include <cstdio>
 
 namespace {
 
 Error failure(const char *text) {
     return Error{ErrorCode::Generic, QCoreApplication::translate("OTVersionManager", text)};
 }
-
-void removeStoreFile(const QString &path) {
-    for (const char *suffix : {"", "-wal", "-shm", "-journal"})
-        QFile::remove(path + QLatin1String(suffix));
-}
-
-// The temporary files of one upgrade, removed on every way out.
-class TemporaryFiles {
-public:
-    explicit TemporaryFiles(const QString &nextTo)
-        : m_base(QFileInfo(nextTo).absolutePath() + QStringLiteral("/.") +
-                 QFileInfo(nextTo).fileName() + QStringLiteral(".upgrade-")) {}
-    ~TemporaryFiles() {
-        for (const QString &path : std::as_const(m_files))
-            removeStoreFile(path);
-    }
-    // Next to the file, so that the final move is a rename on one file system.
-    QString make() {
-        m_files.append(m_base + QUuid::createUuid().toString(QUuid::Id128));
-        return m_files.last();
-    }
-
-private:
-    QString m_base;
-    QStringList m_files;
-};
 
 bool sameStoreType(const QString &type) {
     return type == OTVersionManager::kSQLiteStoreType;
@@ -103,36 +79,49 @@ OTVersionManager::managedObjectContextForURL(const QString &path) const {
     return std::make_unique<ManagedObjectContext>(*store);
 }
 
+namespace {
+
+// One consistent state of the file, its write-ahead log included, under the locks any reader
+// takes.
+bool copyStoreFile(const QString &from, const QString &to) {
+    const StoreSideFiles sideFiles(from); // goes after the connections below
+    auto source = SqliteConnection::open(from, SqliteConnection::Mode::ReadOnly);
+    auto target = SqliteConnection::open(to, SqliteConnection::Mode::Create);
+    return source && target && (*source)->copyInto(**target);
+}
+
+} // namespace
+
+// The steps work on copies in a private temporary folder; the file is replaced only by the
+// finished result, written whole beside it before it takes its name.
 std::optional<Error> OTVersionManager::upgradeToTheLatestVersionURL(const QString &path) const {
     const auto found = versionInformationForURL(path);
     if (!found)
         return failure("Can't retrieve file information.");
     if (found->version == latestVersion())
         return std::nullopt;
-    TemporaryFiles temporary(path);
-    QString current = temporary.make();
-    if (!QFile::copy(path, current))
+    QTemporaryDir folder;
+    if (!folder.isValid())
         return failure("Can't copy data file.");
-    // Changes still in the log belong to the file as much as its main part.
-    if (QFileInfo::exists(path + QStringLiteral("-wal")) &&
-        !QFile::copy(path + QStringLiteral("-wal"), current + QStringLiteral("-wal")))
+    int made = 0;
+    auto nextFile = [&folder, &made] {
+        return folder.filePath(QStringLiteral("step-%1.tadb").arg(made++));
+    };
+    QString current = nextFile();
+    if (!copyStoreFile(path, current))
         return failure("Can't copy data file.");
     qsizetype index = 0;
     while (m_versions.at(index).version != found->version)
         ++index;
     for (++index; index < m_versions.size(); ++index) {
-        const QString next = temporary.make();
+        const QString next = nextFile();
         if (auto error = runStep(m_versions.at(index - 1), m_versions.at(index), current, next))
             return error;
         current = next;
     }
-    const QString target = QFileInfo(path).absoluteFilePath();
-    if (std::rename(QFile::encodeName(current).constData(),
-                    QFile::encodeName(target).constData()) != 0)
+    auto result = SqliteConnection::open(current, SqliteConnection::Mode::ReadOnly);
+    if (!result || !DocumentFileWriter::write(**result, QFileInfo(path).absoluteFilePath()))
         return failure("Can't replace data file.");
-    // A log of the replaced file must not be replayed into its successor.
-    QFile::remove(target + QStringLiteral("-wal"));
-    QFile::remove(target + QStringLiteral("-shm"));
     return std::nullopt;
 }
 

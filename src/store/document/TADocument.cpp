@@ -22,6 +22,7 @@
 #include <QtDebug>
 
 #include <exception>
+#include <new>
 
 #include <fcntl.h>
 #include <linux/fs.h>
@@ -316,22 +317,31 @@ bool TADocument::autosaveWithImplicitCancellability() {
     return true;
 }
 
-// The one place where an exception is caught: a write that throws answers a failure with no
-// text of its own, and the document stays as it was.
-Result<void> TADocument::writeContext() {
+namespace {
+
+// The one place where an exception is caught: a write that runs out of memory (Qt's
+// containers throw then) fails like any other, with a reason, and the document stays as it
+// was.
+template <typename Write> Result<void> guardedWrite(Write write) {
     try {
-        return m_context->save();
-    } catch (const std::exception &) {
-        return Error{ErrorCode::WriteFailed, QString()};
+        return write();
+    } catch (const std::bad_alloc &) {
+        return Error{ErrorCode::WriteFailed,
+                     TADocument::tr("The document could not be saved (out of memory).")};
+    } catch (const std::exception &e) {
+        return Error{ErrorCode::WriteFailed, TADocument::tr("The document could not be saved (%1).")
+                                                 .arg(QString::fromLocal8Bit(e.what()))};
     }
 }
 
+} // namespace
+
+Result<void> TADocument::writeContext() {
+    return guardedWrite([this] { return m_context->save(); });
+}
+
 Result<void> TADocument::moveContextTo(const QString &path) {
-    try {
-        return m_context->saveAs(path);
-    } catch (const std::exception &) {
-        return Error{ErrorCode::WriteFailed, QString()};
-    }
+    return guardedWrite([this, &path] { return m_context->saveAs(path); });
 }
 
 Result<void> TADocument::save() {

@@ -8,6 +8,7 @@
 #include "store/objectstore/UndoManager.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QTimer>
 
 ManagedObjectContext::ManagedObjectContext(std::shared_ptr<PersistentStore> store, QObject *parent)
@@ -556,19 +557,16 @@ void ManagedObjectContext::obtainPermanentIDs(const QList<ManagedObject *> &obje
     }
 }
 
-Result<void> ManagedObjectContext::save() {
+QList<ManagedObject *> ManagedObjectContext::changesToWrite() {
     processPendingChanges();
     QList<ManagedObject *> changed;
     for (ManagedObject *object : std::as_const(m_changed))
         if (object->hasChanges())
             changed.append(object);
-    if (changed.isEmpty()) {
-        clearChangedList();
-        return {};
-    }
-    if (m_store->isReadOnly())
-        return Error{ErrorCode::FileReadOnly,
-                     QStringLiteral("The document is read-only; changes cannot be saved.")};
+    return changed;
+}
+
+void ManagedObjectContext::prepareForWriting(QList<ManagedObject *> &changed) {
     QList<ManagedObject *> fresh;
     for (ManagedObject *object : changed)
         if (!object->m_deleted)
@@ -580,27 +578,31 @@ Result<void> ManagedObjectContext::save() {
         const int x = a->m_entity->index(), y = b->m_entity->index();
         return x != y ? x < y : a->m_id.number() < b->m_id.number();
     });
-    SqliteConnection *db = connection();
-    if (!db)
-        return Error{ErrorCode::WriteFailed,
-                     m_lastLoadError ? m_lastLoadError->message : QString()};
-    if (auto r = db->exec(QStringLiteral("BEGIN IMMEDIATE")); !r) {
-        const bool busy = (db->lastErrorCode() & 0xff) == 5; // SQLITE_BUSY: another writer
+}
+
+Result<void> ManagedObjectContext::writeTransaction(SqliteConnection &db,
+                                                    const QList<ManagedObject *> &changed) {
+    if (auto r = db.exec(QStringLiteral("BEGIN IMMEDIATE")); !r) {
+        const bool busy = (db.lastErrorCode() & 0xff) == 5; // SQLITE_BUSY: another writer
         return Error{
             busy ? int(ErrorCode::FileLocked) : int(ErrorCode::WriteFailed),
             busy ? QStringLiteral(
                        "The document could not be saved: another program is writing to it.")
                  : QStringLiteral("The document could not be saved (%1).").arg(r.error().message)};
     }
-    Result<void> written = writeChanges(*db, changed);
+    Result<void> written = writeChanges(db, changed);
     if (written)
-        written = db->exec(QStringLiteral("COMMIT"));
+        written = db.exec(QStringLiteral("COMMIT"));
     if (!written) {
-        (void)db->exec(QStringLiteral("ROLLBACK"));
+        (void)db.exec(QStringLiteral("ROLLBACK"));
         return Error{
             ErrorCode::WriteFailed,
             QStringLiteral("The document could not be saved (%1).").arg(written.error().message)};
     }
+    return {};
+}
+
+void ManagedObjectContext::markSaved() {
     for (ManagedObject *object : std::as_const(m_changed)) {
         object->m_hasRow = !object->m_deleted;
         object->m_dirty = false;
@@ -608,6 +610,48 @@ Result<void> ManagedObjectContext::save() {
     }
     clearChangedList();
     emit didSave();
+}
+
+Result<void> ManagedObjectContext::save() {
+    QList<ManagedObject *> changed = changesToWrite();
+    if (changed.isEmpty()) {
+        clearChangedList();
+        return {};
+    }
+    if (m_store->isReadOnly())
+        return Error{ErrorCode::FileReadOnly,
+                     QStringLiteral("The document is read-only; changes cannot be saved.")};
+    prepareForWriting(changed);
+    SqliteConnection *db = connection();
+    if (!db)
+        return Error{ErrorCode::WriteFailed,
+                     m_lastLoadError ? m_lastLoadError->message : QString()};
+    if (auto written = writeTransaction(*db, changed); !written)
+        return written;
+    markSaved();
+    return {};
+}
+
+// The new file is assembled in memory from the saved state and the changes, and appears at
+// the path only when whole: the old file keeps its last saved state, and a failure anywhere
+// leaves the store, the path and the changes as they were.
+Result<void> ManagedObjectContext::saveAs(const QString &path) {
+    QList<ManagedObject *> changed = changesToWrite();
+    prepareForWriting(changed);
+    const bool current = m_connection && m_connectionGeneration == m_store->generation();
+    auto contents = m_store->copyOfSavedState(current ? m_connection.get() : nullptr);
+    if (!contents)
+        return Error{ErrorCode::WriteFailed,
+                     QStringLiteral("The document could not be saved as “%1” (%2).")
+                         .arg(QFileInfo(path).fileName(), contents.error().message)};
+    if (!changed.isEmpty())
+        if (auto written = writeTransaction(**contents, changed); !written)
+            return written;
+    if (auto moved = m_store->moveTo(path, **contents); !moved)
+        return moved;
+    // Held from now on: the file stays readable through it even if it is moved or deleted.
+    (void)connection();
+    markSaved();
     return {};
 }
 

@@ -76,8 +76,8 @@ public:
 
     // Writes every change since the last save in one transaction.
     Result<void> save();
-    // Moves the store to a new file, copied through this context's own connection, and
-    // writes the unsaved changes there.
+    // Writes the saved state and the unsaved changes to a new file, which appears at the path
+    // only when complete, and moves the store there. The old file keeps its saved state.
     Result<void> saveAs(const QString &path);
     // Back to the state of the last save; clears undo.
     void rollback();
@@ -137,6 +137,13 @@ private:
     void forgetObjects();
 
     Result<void> writeChanges(SqliteConnection &connection, const QList<ManagedObject *> &changed);
+    // The objects a save writes; prepareForWriting gives them permanent keys and puts them in
+    // the order they are written.
+    QList<ManagedObject *> changesToWrite();
+    void prepareForWriting(QList<ManagedObject *> &changed);
+    Result<void> writeTransaction(SqliteConnection &connection,
+                                  const QList<ManagedObject *> &changed);
+    void markSaved();
     SqliteConnection *connection();
 
     std::shared_ptr<PersistentStore> m_store;

@@ -15,6 +15,8 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -70,6 +72,9 @@ QVariant readColumn(sqlite3_stmt *stmt, int column, AttributeType type) {
         return QVariant(QByteArray(bytes, sqlite3_column_bytes(stmt, column)));
     }
     case AttributeType::Float:
+        // SQLite keeps no NaN: it is written as this text.
+        if (sqlite3_column_type(stmt, column) == SQLITE_TEXT)
+            return QVariant(std::numeric_limits<double>::quiet_NaN());
         return QVariant(sqlite3_column_double(stmt, column));
     }
     return {};
@@ -167,19 +172,16 @@ void bindValue(sqlite3_stmt *stmt, int index, const QVariant &value, AttributeTy
         return;
     }
     case AttributeType::Float:
-        sqlite3_bind_double(stmt, index, value.toDouble());
+        // A NaN bound as a number would be stored as NULL, and read back as no value.
+        if (const double number = value.toDouble(); std::isnan(number))
+            sqlite3_bind_text(stmt, index, "NaN", 3, SQLITE_STATIC);
+        else
+            sqlite3_bind_double(stmt, index, number);
         return;
     }
 }
 
 } // namespace
-
-Result<void> ManagedObjectContext::saveAs(const QString &path) {
-    const bool current = m_connection && m_connectionGeneration == m_store->generation();
-    if (auto moved = m_store->saveAs(path, current ? m_connection.get() : nullptr); !moved)
-        return moved;
-    return save();
-}
 
 SqliteConnection *ManagedObjectContext::connection() {
     const quint64 generation = m_store->generation();

@@ -1,5 +1,6 @@
 #include "store/objectstore/PersistentStore.h"
 
+#include "store/objectstore/DocumentFileWriter.h"
 #include "store/objectstore/ManagedObjectModel.h"
 #include "store/objectstore/SqliteConnection.h"
 
@@ -11,8 +12,6 @@
 #include <QUuid>
 
 #include <sqlite3.h>
-
-#include <cstdio>
 
 namespace {
 
@@ -262,6 +261,14 @@ Result<std::shared_ptr<PersistentStore>> PersistentStore::open(const QString &pa
     for (const ManagedObjectModel *candidate : options.olderModels)
         if (candidate && candidate->versionHash() == metadata->modelHash)
             older = candidate;
+    // The name and the fingerprint are written together: a file where they disagree was
+    // changed by something else, and its tables may not be what either of them says.
+    const ManagedObjectModel *named = current ? &model : older;
+    if (named && metadata->modelVersion != named->versionName())
+        return Error{ErrorCode::FileDamaged,
+                     QStringLiteral("The document “%1” is damaged and cannot be opened (it names "
+                                    "the data model “%2” but records the fingerprint of “%3”).")
+                         .arg(displayName(path), metadata->modelVersion, named->versionName())};
     if (!current && !older)
         return Error{ErrorCode::FileNewerModel,
                      QStringLiteral("“%1” was made by a newer or unknown version of Billfold (data "
@@ -507,11 +514,8 @@ Result<void> PersistentStore::readLayout(SqliteConnection &connection) {
     return {};
 }
 
-Result<void> PersistentStore::saveAs(const QString &path, SqliteConnection *given) {
-    const QFileInfo target(path);
-    const QString temporary = target.absolutePath() + QStringLiteral("/.") + target.fileName() +
-                              QStringLiteral(".saving-") +
-                              QUuid::createUuid().toString(QUuid::Id128);
+Result<std::unique_ptr<SqliteConnection>>
+PersistentStore::copyOfSavedState(SqliteConnection *given) const {
     std::unique_ptr<SqliteConnection> opened;
     if (!given) {
         auto connection = openConnection();
@@ -519,40 +523,24 @@ Result<void> PersistentStore::saveAs(const QString &path, SqliteConnection *give
             return connection.error();
         opened = std::move(*connection);
     }
-    SqliteConnection *source = given ? given : opened.get();
-    auto failed = [&](const QString &detail) -> Result<void> {
-        QFile::remove(temporary);
-        QFile::remove(temporary + QStringLiteral("-wal"));
-        QFile::remove(temporary + QStringLiteral("-shm"));
+    return DocumentFileWriter::scratchCopyOf(given ? *given : *opened);
+}
+
+Result<void> PersistentStore::saveAs(const QString &path, SqliteConnection *given) {
+    auto copy = copyOfSavedState(given);
+    if (!copy)
         return Error{ErrorCode::WriteFailed,
                      QStringLiteral("The document could not be saved as “%1” (%2).")
-                         .arg(target.fileName(), detail)};
-    };
-    {
-        auto destination = SqliteConnection::open(temporary, SqliteConnection::Mode::Create);
-        if (!destination)
-            return failed(destination.error().message);
-        sqlite3_backup *backup =
-            sqlite3_backup_init((*destination)->handle(), "main", source->handle(), "main");
-        if (!backup)
-            return failed((*destination)->lastError());
-        const int rc = sqlite3_backup_step(backup, -1);
-        sqlite3_backup_finish(backup);
-        if (rc != SQLITE_DONE)
-            return failed((*destination)->lastError());
-        if (auto r = (*destination)->exec(QStringLiteral("PRAGMA journal_mode=WAL")); !r)
-            return failed(r.error().message);
-        // Leave a self-contained file behind: no write-ahead log to carry along.
-        (void)(*destination)->exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
-    }
-    QFile::remove(temporary + QStringLiteral("-wal"));
-    QFile::remove(temporary + QStringLiteral("-shm"));
-    // A log left by an earlier file of that name would be replayed into the new one.
-    QFile::remove(target.absoluteFilePath() + QStringLiteral("-wal"));
-    QFile::remove(target.absoluteFilePath() + QStringLiteral("-shm"));
-    if (std::rename(QFile::encodeName(temporary).constData(),
-                    QFile::encodeName(target.absoluteFilePath()).constData()) != 0)
-        return failed(QStringLiteral("the file could not be put in place"));
+                         .arg(QFileInfo(path).fileName(), copy.error().message)};
+    return moveTo(path, **copy);
+}
+
+Result<void> PersistentStore::moveTo(const QString &path, SqliteConnection &contents) {
+    const QFileInfo target(path);
+    if (auto written = DocumentFileWriter::write(contents, target.absoluteFilePath()); !written)
+        return Error{written.error().code,
+                     QStringLiteral("The document could not be saved as “%1” (%2).")
+                         .arg(target.fileName(), written.error().message)};
     QMutexLocker lock(&m_mutex);
     m_path = target.absoluteFilePath();
     m_memoryName.clear();

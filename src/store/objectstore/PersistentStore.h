@@ -64,12 +64,16 @@ public:
     // The version the file was written with, before any upgrade on open.
     const QString &originalModelVersion() const { return m_originalVersion; }
 
-    // Writes the saved state to a new file (atomically: a temporary file renamed into place)
-    // and makes that file this store's home. Unsaved changes in contexts are not included.
-    // Copies the saved state to a new file and moves the store there. The copy is read from
-    // the connection given, when there is one, which reaches the file even after it was moved
-    // or deleted under us.
+    // Copies the saved state to a new file, written whole before it takes the path (replacing
+    // any file there), and moves the store there. Unsaved changes in contexts are not
+    // included. The state is read through the connection given, when there is one, which
+    // reaches the file even after it was moved or deleted under us.
     Result<void> saveAs(const QString &path, SqliteConnection *source = nullptr);
+    // A private in-memory copy of the saved state, for a context to add its changes to.
+    Result<std::unique_ptr<SqliteConnection>> copyOfSavedState(SqliteConnection *source) const;
+    // Writes the database of `contents` to the path as saveAs does and moves the store there;
+    // on failure the store stays where it was and the path as it was.
+    Result<void> moveTo(const QString &path, SqliteConnection &contents);
 
     // For contexts.
     Result<std::unique_ptr<SqliteConnection>> openConnection() const;

@@ -78,6 +78,20 @@ SqliteStatement *SqliteConnection::statement(const QString &sql) {
     return shared.get();
 }
 
+Result<void> SqliteConnection::copyInto(SqliteConnection &destination) {
+    sqlite3_backup *backup = sqlite3_backup_init(destination.m_db, "main", m_db, "main");
+    if (!backup)
+        return Error{ErrorCode::WriteFailed, destination.lastError()};
+    const int rc = sqlite3_backup_step(backup, -1);
+    sqlite3_backup_finish(backup);
+    if (rc == SQLITE_DONE)
+        return {};
+    const int primary = rc & 0xff;
+    return Error{primary == SQLITE_BUSY || primary == SQLITE_LOCKED ? int(ErrorCode::FileLocked)
+                                                                    : int(ErrorCode::WriteFailed),
+                 QString::fromUtf8(sqlite3_errstr(rc))};
+}
+
 QString SqliteConnection::lastError() const {
     return QString::fromUtf8(sqlite3_errmsg(m_db));
 }

@@ -45,6 +45,8 @@ public:
     Result<void> exec(const QString &sql);
     // A cached statement for this text; null on error (see lastError()).
     SqliteStatement *statement(const QString &sql);
+    // Copies this whole database into `destination`, under the locks any reader takes.
+    Result<void> copyInto(SqliteConnection &destination);
     QString lastError() const;
     int lastErrorCode() const;
     bool isReadOnly() const { return m_readOnly; }

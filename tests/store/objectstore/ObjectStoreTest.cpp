@@ -11,6 +11,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+
 namespace {
 
 struct Fixture : ::testing::Test {
@@ -59,6 +62,9 @@ TEST_F(Fixture, EveryAttributeTypeSurvivesSaveAndReopenWithValuesAndWithNulls) {
         full->setValueForKey(QByteArray("\0\1\2", 3), QStringLiteral("properties"));
         ManagedObject *empty = ctx->insertNewObject(QStringLiteral("Owner"));
         empty->setValueForKey(QVariant(), QStringLiteral("status")); // default 1 cleared
+        // SQLite itself stores a NaN as NULL: it must come back as NaN, not as no value.
+        ctx->insertNewObject(QStringLiteral("Owner"))
+            ->setValueForKey(std::numeric_limits<double>::quiet_NaN(), QStringLiteral("ratio"));
         // Longer than the room a row's texts get when written: the slower way must be right too.
         ctx->insertNewObject(QStringLiteral("Owner"))
             ->setValueForKey(QStringLiteral("é𝄞").repeated(20000), QStringLiteral("name"));
@@ -87,6 +93,13 @@ TEST_F(Fixture, EveryAttributeTypeSurvivesSaveAndReopenWithValuesAndWithNulls) {
                             [](ManagedObject *o) {
                                 return o->stringForKey(QStringLiteral("name")) ==
                                        QStringLiteral("é𝄞").repeated(20000);
+                            }),
+              1);
+
+    EXPECT_EQ(std::count_if(named.begin(), named.end(),
+                            [](ManagedObject *o) {
+                                return !o->isNullForKey(QStringLiteral("ratio")) &&
+                                       std::isnan(o->doubleForKey(QStringLiteral("ratio")));
                             }),
               1);
 

@@ -127,6 +127,25 @@ TEST_F(StoreFile, UnknownModelIsRefusedAndAnOlderOneIsUpgradedInPlace) {
     EXPECT_EQ(meta->modelHash, model->versionHash());
 }
 
+// A file whose recorded model name and fingerprint disagree was changed by something else.
+TEST_F(StoreFile, ModelNameThatDisagreesWithItsFingerprintIsDamage) {
+    const QString path = dir.filePath(QStringLiteral("renamed.tadb"));
+    writeDocument(path, *model, 1);
+    sqlite3 *db = nullptr;
+    ASSERT_EQ(sqlite3_open(path.toUtf8().constData(), &db), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(db, "UPDATE _meta SET value = 'Other_9' WHERE key = 'modelVersion'",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    sqlite3_close(db);
+    const QByteArray before = fileHash(path);
+    auto refused = PersistentStore::open(path, *model);
+    ASSERT_FALSE(refused.ok());
+    EXPECT_EQ(refused.error().code, ErrorCode::FileDamaged);
+    EXPECT_TRUE(refused.error().message.contains(QStringLiteral("Other_9")))
+        << qPrintable(refused.error().message);
+    EXPECT_EQ(fileHash(path), before);
+}
+
 TEST_F(StoreFile, OlderModelWhoseLinkChangedShapeIsNotUpgradedInPlace) {
     ManagedObjectModel older(QStringLiteral("Test_0"));
     older.addEntity(QStringLiteral("Owner"))
