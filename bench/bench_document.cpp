@@ -2,10 +2,10 @@
 // it: how long until every invoice total is fresh, and how long the main thread is ever busy
 // in one stretch while the totals are computed in the background. The document itself is
 // made by bench_store, which this benchmark runs first when the file is missing.
+#include "document/TADocument.h"
+#include "document/TADocumentController.h"
+#include "document/TAInvoiceCacheUpdater.h"
 #include "invoicelayout/LMBuiltInTemplates.h"
-#include "store/document/TADocument.h"
-#include "store/document/TADocumentController.h"
-#include "store/document/TAInvoiceCacheUpdater.h"
 
 #include <QCoreApplication>
 #include <QDir>

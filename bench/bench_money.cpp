@@ -1,6 +1,6 @@
 // Decimal arithmetic and currency text throughput.
-#include "billing/money/OTFormatting.h"
-#include "billing/money/TADecimalNumberBehavior.h"
+#include "foundation/money/OTFormatting.h"
+#include "foundation/money/TADecimalNumberBehavior.h"
 
 #include <benchmark/benchmark.h>
 

@@ -3,6 +3,8 @@
 // into the temporary folder with the built-in designs and reused by later runs.
 #include "invoicelayout/LMBuiltInTemplates.h"
 #include "invoicelayout/render/LMInvoiceOutput.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
 #include "store/TADatabase.h"
 #include "store/TADocModel.h"
 #include "store/TADocumentHooks.h"
@@ -12,8 +14,6 @@
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAMaterial.h"
 #include "store/entities/TAPreferences.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
 
 #include <QDir>
 #include <QFileInfo>

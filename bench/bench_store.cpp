@@ -1,11 +1,11 @@
 // Speed of a document of a busy decade: 2,000 clients, 5,000 projects, 20,000 invoices,
 // 200,000 items, 20,000 payments and 200,000 timer intervals. The document is generated once
 // into the temporary folder and reused by later runs.
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
+#include "objectstore/Predicate.h"
 #include "store/TADocModel.h"
 #include "store/entities/TAInvoice.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
-#include "store/objectstore/Predicate.h"
 
 #include <QDateTime>
 #include <QDir>

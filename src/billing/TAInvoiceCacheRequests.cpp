@@ -1,7 +1,7 @@
 #include "billing/TAInvoiceCacheRequests.h"
 
+#include "objectstore/ManagedObjectContext.h"
 #include "store/entities/TAInvoice.h"
-#include "store/objectstore/ManagedObjectContext.h"
 
 #include <QHash>
 

@@ -1,12 +1,12 @@
 #include "cli/CliDocument.h"
 
-#include "store/document/TADocModelVersions.h"
-#include "store/document/TADocument.h"
-#include "store/document/TADocumentController.h"
-#include "store/document/TAInvoiceCacheUpdater.h"
-#include "store/objectstore/ManagedObjectModel.h"
-#include "store/objectstore/SqliteConnection.h"
-#include "store/objectstore/StoreSideFiles.h"
+#include "document/TADocModelVersions.h"
+#include "document/TADocument.h"
+#include "document/TADocumentController.h"
+#include "document/TAInvoiceCacheUpdater.h"
+#include "objectstore/ManagedObjectModel.h"
+#include "objectstore/SqliteConnection.h"
+#include "objectstore/StoreSideFiles.h"
 
 #include <QFileInfo>
 

@@ -1,10 +1,10 @@
 #include "cli/CliInfoCommand.h"
 
 #include "cli/CliDocument.h"
+#include "objectstore/ManagedObjectModel.h"
 #include "store/TAContextDatabase.h"
 #include "store/entities/TACurrency.h"
 #include "store/entities/TAPreferences.h"
-#include "store/objectstore/ManagedObjectModel.h"
 
 #include <QFileInfo>
 

@@ -5,9 +5,9 @@
 #include "cli/CliListFormatter.h"
 #include "cli/CliListing.h"
 #include "cli/CliListingKeys.h"
+#include "objectstore/Predicate.h"
+#include "objectstore/SortDescriptor.h"
 #include "store/entities/TACurrency.h"
-#include "store/objectstore/Predicate.h"
-#include "store/objectstore/SortDescriptor.h"
 
 #include <algorithm>
 

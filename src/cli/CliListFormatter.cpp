@@ -1,8 +1,8 @@
 #include "cli/CliListFormatter.h"
 
-#include "billing/money/OTFormatting.h"
+#include "foundation/money/OTFormatting.h"
 #include "importsync/json/JsonText.h"
-#include "store/objectstore/ManagedObject.h"
+#include "objectstore/ManagedObject.h"
 
 #include <QLocale>
 

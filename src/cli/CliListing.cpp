@@ -1,10 +1,10 @@
 #include "cli/CliListing.h"
 
 #include "importsync/json/JsonDocumentExporter.h"
+#include "objectstore/EntityDescription.h"
 #include "store/entities/TACodes.h"
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAKeys.h"
-#include "store/objectstore/EntityDescription.h"
 
 namespace {
 

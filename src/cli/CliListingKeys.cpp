@@ -1,10 +1,10 @@
 #include "cli/CliListingKeys.h"
 
+#include "objectstore/EntityDescription.h"
+#include "objectstore/ManagedObjectModel.h"
+#include "objectstore/PredicateLexer.h"
+#include "objectstore/PredicateParser.h"
 #include "store/TADocModel.h"
-#include "store/objectstore/EntityDescription.h"
-#include "store/objectstore/ManagedObjectModel.h"
-#include "store/objectstore/PredicateLexer.h"
-#include "store/objectstore/PredicateParser.h"
 
 namespace {
 

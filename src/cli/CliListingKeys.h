@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/CliListing.h"
-#include "store/objectstore/Result.h"
+#include "foundation/Result.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,8 +1,8 @@
 #include "cli/CliNewCommand.h"
 
-#include "billing/dates/OTClock.h"
 #include "cli/CliArguments.h"
 #include "cli/CliDocument.h"
+#include "foundation/dates/OTClock.h"
 #include "importsync/sample/SampleDocument.h"
 
 #include <QFileInfo>

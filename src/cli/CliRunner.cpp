@@ -1,6 +1,5 @@
 #include "cli/CliRunner.h"
 
-#include "billing/dates/ScopedFixedClock.h"
 #include "cli/CliExportCommand.h"
 #include "cli/CliImportCommand.h"
 #include "cli/CliInfoCommand.h"
@@ -8,6 +7,7 @@
 #include "cli/CliNewCommand.h"
 #include "cli/CliPdfCommand.h"
 #include "cli/CliPngCommand.h"
+#include "foundation/dates/ScopedFixedClock.h"
 
 #include <QIODevice>
 

@@ -1,11 +1,11 @@
-#include "store/document/OTVersionManager.h"
+#include "document/OTVersionManager.h"
 
-#include "store/objectstore/DocumentFileWriter.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/ManagedObjectModel.h"
-#include "store/objectstore/PersistentStore.h"
-#include "store/objectstore/SqliteConnection.h"
-#include "store/objectstore/StoreSideFiles.h"
+#include "objectstore/DocumentFileWriter.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/ManagedObjectModel.h"
+#include "objectstore/PersistentStore.h"
+#include "objectstore/SqliteConnection.h"
+#include "objectstore/StoreSideFiles.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "store/document/TACacheRecordInbox.h"
+#include "document/TACacheRecordInbox.h"
 
 #include <QMutexLocker>
 

@@ -1,9 +1,9 @@
-#include "store/document/TADocModelVersions.h"
+#include "document/TADocModelVersions.h"
 
+#include "document/OTVersionManager.h"
+#include "objectstore/ManagedObjectModel.h"
 #include "store/TADocModel.h"
-#include "store/document/OTVersionManager.h"
 #include "store/entities/TAKeys.h"
-#include "store/objectstore/ManagedObjectModel.h"
 
 #include <memory>
 

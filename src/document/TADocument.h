@@ -1,9 +1,9 @@
 #pragma once
 
+#include "foundation/Result.h"
+#include "objectstore/ManagedObjectContext.h"
 #include "store/TADatabase.h"
 #include "store/TADocumentHooks.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/Result.h"
 
 #include <QDateTime>
 #include <QObject>

@@ -1,8 +1,8 @@
-#include "store/document/TADocumentController.h"
+#include "document/TADocumentController.h"
 
+#include "document/TADocument.h"
+#include "document/TADocumentJobs.h"
 #include "store/TAGlobal.h"
-#include "store/document/TADocument.h"
-#include "store/document/TADocumentJobs.h"
 
 #include <QFileInfo>
 

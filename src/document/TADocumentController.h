@@ -1,7 +1,7 @@
 #pragma once
 
+#include "foundation/Result.h"
 #include "store/TADocumentRegistry.h"
-#include "store/objectstore/Result.h"
 
 #include <QList>
 #include <QObject>

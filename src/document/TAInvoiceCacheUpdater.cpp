@@ -1,14 +1,14 @@
-#include "store/document/TAInvoiceCacheUpdater.h"
+#include "document/TAInvoiceCacheUpdater.h"
 
+#include "document/TACacheRecordInbox.h"
+#include "document/TADocument.h"
+#include "document/TADocumentWindow.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
 #include "store/TAContextDatabase.h"
-#include "store/document/TACacheRecordInbox.h"
-#include "store/document/TADocument.h"
-#include "store/document/TADocumentWindow.h"
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAKeys.h"
 #include "store/entities/TARecurringInvoice.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
 
 #include <QElapsedTimer>
 #include <QPointer>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "billing/TAInvoiceCacheRequests.h"
-#include "store/objectstore/ObjectID.h"
+#include "objectstore/ObjectID.h"
 
 #include <QList>
 #include <QObject>

@@ -1,4 +1,4 @@
-#include "invoicelayout/values/TANotificationCenter.h"
+#include "foundation/TANotificationCenter.h"
 
 #include <vector>
 

@@ -1,7 +1,9 @@
 #include "invoicelayout/LMBuiltInTemplates.h"
 
 #include "invoicelayout/LMTemplateDesignReader.h"
-#include "invoicelayout/values/LMArchivedImage.h"
+#include "layoutvalues/LMArchivedImage.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
 #include "store/TAApplicationHooks.h"
 #include "store/TAContextDatabase.h"
 #include "store/TADocModel.h"
@@ -10,8 +12,6 @@
 #include "store/entities/LMInvoiceTemplateColumnClass.h"
 #include "store/entities/LMInvoiceTemplatePageClass.h"
 #include "store/entities/TAKeys.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
 
 #include <QFile>
 #include <QImage>

@@ -1,8 +1,8 @@
 #include "invoicelayout/LMTemplateDesignReader.h"
 
-#include "invoicelayout/values/LMArchivedColor.h"
-#include "invoicelayout/values/LMAttributedString.h"
-#include "invoicelayout/values/LMGeometry.h"
+#include "layoutvalues/LMArchivedColor.h"
+#include "layoutvalues/LMAttributedString.h"
+#include "layoutvalues/LMGeometry.h"
 #include "store/entities/TAKeys.h"
 
 #include <QColor>

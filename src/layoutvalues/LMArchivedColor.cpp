@@ -1,6 +1,6 @@
-#include "invoicelayout/values/LMArchivedColor.h"
+#include "layoutvalues/LMArchivedColor.h"
 
-#include "invoicelayout/values/LMCborEnvelope.h"
+#include "layoutvalues/LMCborEnvelope.h"
 
 #include <QCborArray>
 #include <QCborMap>

@@ -1,6 +1,6 @@
-#include "invoicelayout/values/LMArchivedImage.h"
+#include "layoutvalues/LMArchivedImage.h"
 
-#include "invoicelayout/values/LMCborEnvelope.h"
+#include "layoutvalues/LMCborEnvelope.h"
 
 #include <QBuffer>
 #include <QCborMap>

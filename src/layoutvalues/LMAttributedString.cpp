@@ -1,6 +1,6 @@
-#include "invoicelayout/values/LMAttributedString.h"
+#include "layoutvalues/LMAttributedString.h"
 
-#include "invoicelayout/values/LMCborEnvelope.h"
+#include "layoutvalues/LMCborEnvelope.h"
 
 #include <QCborArray>
 #include <QCborMap>

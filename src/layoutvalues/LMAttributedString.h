@@ -1,6 +1,6 @@
 #pragma once
 
-#include "invoicelayout/values/LMTextAttributes.h"
+#include "layoutvalues/LMTextAttributes.h"
 
 #include <QByteArray>
 #include <QList>

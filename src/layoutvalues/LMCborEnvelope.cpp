@@ -1,4 +1,4 @@
-#include "invoicelayout/values/LMCborEnvelope.h"
+#include "layoutvalues/LMCborEnvelope.h"
 
 namespace LMCborEnvelope {
 

@@ -1,4 +1,4 @@
-#include "invoicelayout/values/LMElementTypes.h"
+#include "layoutvalues/LMElementTypes.h"
 
 #include <QCoreApplication>
 

@@ -1,4 +1,4 @@
-#include "invoicelayout/values/LMGeometry.h"
+#include "layoutvalues/LMGeometry.h"
 
 #include <QList>
 #include <QRegularExpression>

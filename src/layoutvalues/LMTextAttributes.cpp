@@ -1,8 +1,8 @@
-#include "invoicelayout/values/LMTextAttributes.h"
+#include "layoutvalues/LMTextAttributes.h"
 
-#include "invoicelayout/values/LMCborEnvelope.h"
+#include "layoutvalues/LMCborEnvelope.h"
 
-#include "invoicelayout/values/LMArchivedColor.h"
+#include "layoutvalues/LMArchivedColor.h"
 
 #include <QCborMap>
 

@@ -1,6 +1,6 @@
-#include "store/objectstore/ComparisonPredicate.h"
+#include "objectstore/ComparisonPredicate.h"
 
-#include "store/objectstore/ObjectGraph.h"
+#include "objectstore/ObjectGraph.h"
 
 #include <string_view>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "store/objectstore/PredicateNode.h"
-#include "store/objectstore/PredicateValue.h"
+#include "objectstore/PredicateNode.h"
+#include "objectstore/PredicateValue.h"
 
 #include <QRegularExpression>
 

@@ -1,6 +1,6 @@
-#include "store/objectstore/DocumentFileWriter.h"
+#include "objectstore/DocumentFileWriter.h"
 
-#include "store/objectstore/SqliteConnection.h"
+#include "objectstore/SqliteConnection.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/objectstore/Result.h"
+#include "foundation/Result.h"
 
 #include <QByteArrayView>
 #include <QString>

@@ -1,6 +1,6 @@
-#include "store/objectstore/EntityDescription.h"
+#include "objectstore/EntityDescription.h"
 
-#include "store/objectstore/ManagedObject.h"
+#include "objectstore/ManagedObject.h"
 
 EntityDescription::EntityDescription(QString name, QString parentName, bool abstract)
     : m_name(std::move(name))

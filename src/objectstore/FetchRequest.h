@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/objectstore/SortDescriptor.h"
+#include "objectstore/SortDescriptor.h"
 
 #include <QList>
 #include <QString>

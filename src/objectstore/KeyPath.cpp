@@ -1,6 +1,6 @@
-#include "store/objectstore/KeyPath.h"
+#include "objectstore/KeyPath.h"
 
-#include "store/objectstore/KeyValueCoding.h"
+#include "objectstore/KeyValueCoding.h"
 
 KeyPath::KeyPath(const QString &text) {
     m_keys = text.split(QLatin1Char('.'));

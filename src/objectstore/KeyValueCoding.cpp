@@ -1,6 +1,6 @@
-#include "store/objectstore/KeyValueCoding.h"
+#include "objectstore/KeyValueCoding.h"
 
-#include "store/objectstore/KeyPath.h"
+#include "objectstore/KeyPath.h"
 
 #include <QMutex>
 #include <QtGlobal>

@@ -1,8 +1,8 @@
-#include "store/objectstore/ManagedObject.h"
+#include "objectstore/ManagedObject.h"
 
-#include "store/objectstore/EntityDescription.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/ObjectGraph.h"
+#include "objectstore/EntityDescription.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/ObjectGraph.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "billing/money/Decimal.h"
-#include "store/objectstore/EntityDescription.h"
-#include "store/objectstore/KeyValueCoding.h"
-#include "store/objectstore/ObjectGraph.h"
-#include "store/objectstore/ObjectID.h"
-#include "store/objectstore/ObjectSet.h"
+#include "foundation/money/Decimal.h"
+#include "objectstore/EntityDescription.h"
+#include "objectstore/KeyValueCoding.h"
+#include "objectstore/ObjectGraph.h"
+#include "objectstore/ObjectID.h"
+#include "objectstore/ObjectSet.h"
 
 #include <QByteArray>
 #include <QDateTime>

@@ -1,11 +1,11 @@
-#include "store/objectstore/ManagedObjectContext.h"
+#include "objectstore/ManagedObjectContext.h"
 
-#include "store/objectstore/ManagedObjectModel.h"
-#include "store/objectstore/ObjectGraph.h"
-#include "store/objectstore/PersistentStore.h"
-#include "store/objectstore/Predicate.h"
-#include "store/objectstore/SqliteConnection.h"
-#include "store/objectstore/UndoManager.h"
+#include "objectstore/ManagedObjectModel.h"
+#include "objectstore/ObjectGraph.h"
+#include "objectstore/PersistentStore.h"
+#include "objectstore/Predicate.h"
+#include "objectstore/SqliteConnection.h"
+#include "objectstore/UndoManager.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "store/objectstore/FetchRequest.h"
-#include "store/objectstore/ManagedObject.h"
-#include "store/objectstore/PrimaryKeyIndex.h"
-#include "store/objectstore/Result.h"
+#include "foundation/Result.h"
+#include "objectstore/FetchRequest.h"
+#include "objectstore/ManagedObject.h"
+#include "objectstore/PrimaryKeyIndex.h"
 
 #include <QHash>
 #include <QList>

@@ -1,10 +1,10 @@
 // Reading and writing rows: the part of ManagedObjectContext that talks to SQLite.
-#include "store/objectstore/ManagedObjectContext.h"
+#include "objectstore/ManagedObjectContext.h"
 
-#include "store/objectstore/ManagedObjectModel.h"
-#include "store/objectstore/ObjectGraph.h"
-#include "store/objectstore/PersistentStore.h"
-#include "store/objectstore/SqliteConnection.h"
+#include "objectstore/ManagedObjectModel.h"
+#include "objectstore/ObjectGraph.h"
+#include "objectstore/PersistentStore.h"
+#include "objectstore/SqliteConnection.h"
 
 #include <QDateTime>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
-#include "store/objectstore/ManagedObjectModel.h"
+#include "objectstore/ManagedObjectModel.h"
 
-#include "store/objectstore/Predicate.h"
+#include "objectstore/Predicate.h"
 
 #include <QCryptographicHash>
 #include <QSet>

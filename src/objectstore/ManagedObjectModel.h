@@ -1,7 +1,7 @@
 #pragma once
 
-#include "store/objectstore/EntityDescription.h"
-#include "store/objectstore/Result.h"
+#include "foundation/Result.h"
+#include "objectstore/EntityDescription.h"
 
 #include <QByteArray>
 #include <QHash>

@@ -1,7 +1,7 @@
-#include "store/objectstore/ObjectGraph.h"
+#include "objectstore/ObjectGraph.h"
 
-#include "billing/money/Decimal.h"
-#include "store/objectstore/ManagedObject.h"
+#include "foundation/money/Decimal.h"
+#include "objectstore/ManagedObject.h"
 
 #include <QDateTime>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/objectstore/EntityDescription.h"
+#include "objectstore/EntityDescription.h"
 
 #include <QVariant>
 

@@ -1,7 +1,7 @@
-#include "store/objectstore/ObjectID.h"
+#include "objectstore/ObjectID.h"
 
-#include "store/objectstore/EntityDescription.h"
-#include "store/objectstore/PersistentStore.h"
+#include "objectstore/EntityDescription.h"
+#include "objectstore/PersistentStore.h"
 
 #include <QStringList>
 

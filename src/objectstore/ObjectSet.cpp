@@ -1,4 +1,4 @@
-#include "store/objectstore/ObjectSet.h"
+#include "objectstore/ObjectSet.h"
 
 bool ObjectSet::contains(ManagedObject *object) const {
     if (!m_index.isEmpty())

@@ -1,8 +1,8 @@
-#include "store/objectstore/PersistentStore.h"
+#include "objectstore/PersistentStore.h"
 
-#include "store/objectstore/DocumentFileWriter.h"
-#include "store/objectstore/ManagedObjectModel.h"
-#include "store/objectstore/SqliteConnection.h"
+#include "objectstore/DocumentFileWriter.h"
+#include "objectstore/ManagedObjectModel.h"
+#include "objectstore/SqliteConnection.h"
 
 #include <QDir>
 #include <QFile>

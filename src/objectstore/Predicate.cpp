@@ -1,7 +1,7 @@
-#include "store/objectstore/Predicate.h"
+#include "objectstore/Predicate.h"
 
-#include "store/objectstore/PredicateNode.h"
-#include "store/objectstore/PredicateParser.h"
+#include "objectstore/PredicateNode.h"
+#include "objectstore/PredicateParser.h"
 
 Predicate::Predicate()
     : m_root(std::make_shared<ConstantPredicate>(true)) {}

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "store/objectstore/KeyValueCoding.h"
-#include "store/objectstore/Result.h"
+#include "foundation/Result.h"
+#include "objectstore/KeyValueCoding.h"
 
 #include <QList>
 #include <QString>

@@ -1,8 +1,8 @@
-#include "store/objectstore/PredicateExpression.h"
+#include "objectstore/PredicateExpression.h"
 
-#include "store/objectstore/KeyValueCoding.h"
-#include "store/objectstore/PredicateParser.h"
-#include "store/objectstore/PredicateValue.h"
+#include "objectstore/KeyValueCoding.h"
+#include "objectstore/PredicateParser.h"
+#include "objectstore/PredicateValue.h"
 
 #include <QDateTime>
 #include <QStringList>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/objectstore/KeyPath.h"
+#include "objectstore/KeyPath.h"
 
 #include <QList>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "store/objectstore/PredicateLexer.h"
+#include "objectstore/PredicateLexer.h"
 
 using Token = PredicateLexer::Token;
 using Type = Token::Type;

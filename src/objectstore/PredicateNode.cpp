@@ -1,4 +1,4 @@
-#include "store/objectstore/PredicateNode.h"
+#include "objectstore/PredicateNode.h"
 
 #include <QStringList>
 

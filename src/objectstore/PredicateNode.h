@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/objectstore/PredicateExpression.h"
+#include "objectstore/PredicateExpression.h"
 
 #include <QList>
 #include <QString>

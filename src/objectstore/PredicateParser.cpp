@@ -1,4 +1,4 @@
-#include "store/objectstore/PredicateParser.h"
+#include "objectstore/PredicateParser.h"
 
 #include <QDateTime>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "store/objectstore/ComparisonPredicate.h"
-#include "store/objectstore/PredicateLexer.h"
-#include "store/objectstore/PredicateNode.h"
-#include "store/objectstore/Result.h"
+#include "foundation/Result.h"
+#include "objectstore/ComparisonPredicate.h"
+#include "objectstore/PredicateLexer.h"
+#include "objectstore/PredicateNode.h"
 
 #include <QVariantList>
 

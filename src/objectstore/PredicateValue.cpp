@@ -1,7 +1,7 @@
-#include "store/objectstore/PredicateValue.h"
+#include "objectstore/PredicateValue.h"
 
-#include "store/objectstore/KeyValueCoding.h"
-#include "store/objectstore/ObjectGraph.h"
+#include "objectstore/KeyValueCoding.h"
+#include "objectstore/ObjectGraph.h"
 
 #include <QByteArray>
 #include <QDate>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "billing/money/Decimal.h"
-#include "store/objectstore/TextFolding.h"
+#include "foundation/money/Decimal.h"
+#include "objectstore/TextFolding.h"
 
 #include <QString>
 #include <QVariant>

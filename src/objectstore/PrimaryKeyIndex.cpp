@@ -1,4 +1,4 @@
-#include "store/objectstore/PrimaryKeyIndex.h"
+#include "objectstore/PrimaryKeyIndex.h"
 
 #include <algorithm>
 

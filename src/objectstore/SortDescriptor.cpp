@@ -1,6 +1,6 @@
-#include "store/objectstore/SortDescriptor.h"
+#include "objectstore/SortDescriptor.h"
 
-#include "store/objectstore/PredicateValue.h"
+#include "objectstore/PredicateValue.h"
 
 #include <QCollator>
 #include <QCollatorSortKey>

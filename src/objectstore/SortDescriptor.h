@@ -1,7 +1,7 @@
 #pragma once
 
-#include "store/objectstore/KeyPath.h"
-#include "store/objectstore/KeyValueCoding.h"
+#include "objectstore/KeyPath.h"
+#include "objectstore/KeyValueCoding.h"
 
 #include <QList>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "store/objectstore/SqliteConnection.h"
+#include "objectstore/SqliteConnection.h"
 
 #include <sqlite3.h>
 

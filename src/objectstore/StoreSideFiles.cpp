@@ -1,4 +1,4 @@
-#include "store/objectstore/StoreSideFiles.h"
+#include "objectstore/StoreSideFiles.h"
 
 #include <QFile>
 #include <QFileInfo>

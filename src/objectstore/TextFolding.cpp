@@ -1,4 +1,4 @@
-#include "store/objectstore/TextFolding.h"
+#include "objectstore/TextFolding.h"
 
 #include <array>
 #include <atomic>

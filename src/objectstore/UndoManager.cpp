@@ -1,4 +1,4 @@
-#include "store/objectstore/UndoManager.h"
+#include "objectstore/UndoManager.h"
 
 #include <QCoreApplication>
 #include <QTimer>

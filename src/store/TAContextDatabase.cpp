@@ -1,7 +1,10 @@
 #include "store/TAContextDatabase.h"
 
-#include "billing/dates/OTClock.h"
-#include "billing/money/TADecimalNumberBehavior.h"
+#include "foundation/dates/OTClock.h"
+#include "foundation/money/TADecimalNumberBehavior.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/ManagedObjectModel.h"
+#include "objectstore/UndoManager.h"
 #include "store/TAApplicationHooks.h"
 #include "store/TADatabase.h"
 #include "store/TADocumentHooks.h"
@@ -22,9 +25,6 @@
 #include "store/entities/TATax.h"
 #include "store/entities/TATimer.h"
 #include "store/entities/TATimerInterval.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/ManagedObjectModel.h"
-#include "store/objectstore/UndoManager.h"
 
 #include <QLocale>
 

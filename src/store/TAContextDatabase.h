@@ -1,8 +1,8 @@
 #pragma once
 
-#include "billing/money/Decimal.h"
-#include "store/objectstore/Predicate.h"
-#include "store/objectstore/SortDescriptor.h"
+#include "foundation/money/Decimal.h"
+#include "objectstore/Predicate.h"
+#include "objectstore/SortDescriptor.h"
 
 #include <QList>
 #include <QString>

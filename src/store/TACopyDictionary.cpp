@@ -1,5 +1,7 @@
 #include "store/TACopyDictionary.h"
 
+#include "objectstore/EntityDescription.h"
+#include "objectstore/ManagedObjectContext.h"
 #include "store/TADatabase.h"
 #include "store/TAGlobal.h"
 #include "store/entities/TAAccount.h"
@@ -15,8 +17,6 @@
 #include "store/entities/TATax.h"
 #include "store/entities/TATimer.h"
 #include "store/entities/TATimerInterval.h"
-#include "store/objectstore/EntityDescription.h"
-#include "store/objectstore/ManagedObjectContext.h"
 
 #include <QUrl>
 

@@ -1,6 +1,8 @@
 #include "store/TADatabase.h"
 
-#include "billing/money/TADecimalNumberBehavior.h"
+#include "foundation/money/TADecimalNumberBehavior.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/UndoManager.h"
 #include "store/TACopyDictionary.h"
 #include "store/TADocumentHooks.h"
 #include "store/entities/TACurrency.h"
@@ -9,8 +11,6 @@
 #include "store/entities/TAItem.h"
 #include "store/entities/TAKeys.h"
 #include "store/entities/TAObject.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/UndoManager.h"
 
 #include <QLocale>
 #include <QMutex>

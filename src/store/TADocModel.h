@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/objectstore/ManagedObjectModel.h"
+#include "objectstore/ManagedObjectModel.h"
 
 // The schema of a document file: every entity with its class, the defaults new objects need,
 // and the named fetch templates that the access layer looks up.

@@ -1,8 +1,8 @@
 #include "store/TAGlobal.h"
 
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
 #include "store/TADocumentRegistry.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
 
 #include <atomic>
 

@@ -1,4 +1,4 @@
-#include "OTFormatter.h"
+#include "toolkit/OTFormatter.h"
 
 OTFormatter::OTFormatter(Kind kind, QObject *parent)
     : QValidator(parent)

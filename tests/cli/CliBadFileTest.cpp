@@ -1,9 +1,9 @@
 #include "CliTestSupport.h"
 
 #include "cli/CliDocument.h"
-#include "store/document/TADocModelVersions.h"
-#include "store/objectstore/ManagedObjectModel.h"
-#include "store/objectstore/SqliteConnection.h"
+#include "document/TADocModelVersions.h"
+#include "objectstore/ManagedObjectModel.h"
+#include "objectstore/SqliteConnection.h"
 
 #include <QCryptographicHash>
 #include <QFileInfo>

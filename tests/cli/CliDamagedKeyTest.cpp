@@ -1,6 +1,6 @@
 #include "CliTestSupport.h"
 
-#include "store/objectstore/SqliteConnection.h"
+#include "objectstore/SqliteConnection.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -1,15 +1,15 @@
 #include "CliTestSupport.h"
 
 #include "cli/CliDocument.h"
+#include "document/TADocument.h"
 #include "importsync/json/JsonDocumentExporter.h"
 #include "importsync/sample/SampleDocument.h"
+#include "objectstore/EntityDescription.h"
+#include "objectstore/ManagedObjectModel.h"
 #include "store/TADocModel.h"
-#include "store/document/TADocument.h"
 #include "store/entities/TAKeys.h"
 #include "store/entities/TAPreferences.h"
 #include "store/entities/TAProject.h"
-#include "store/objectstore/EntityDescription.h"
-#include "store/objectstore/ManagedObjectModel.h"
 
 #include <QFileInfo>
 #include <QJsonDocument>

@@ -1,18 +1,18 @@
 #include "DocumentTestSupport.h"
 
-#include "billing/dates/ScopedFixedClock.h"
+#include "document/TADocumentJobs.h"
+#include "document/TADocumentWindow.h"
+#include "document/TAInvoiceCacheUpdater.h"
+#include "foundation/TANotificationCenter.h"
+#include "foundation/dates/ScopedFixedClock.h"
 #include "invoicelayout/LMBuiltInTemplates.h"
-#include "invoicelayout/values/TANotificationCenter.h"
+#include "objectstore/PersistentStore.h"
+#include "objectstore/UndoManager.h"
 #include "store/TAGlobal.h"
-#include "store/document/TADocumentJobs.h"
-#include "store/document/TADocumentWindow.h"
-#include "store/document/TAInvoiceCacheUpdater.h"
 #include "store/entities/TACurrency.h"
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAMaterial.h"
 #include "store/entities/TAPreferences.h"
-#include "store/objectstore/PersistentStore.h"
-#include "store/objectstore/UndoManager.h"
 
 #include <QFile>
 #include <QLocale>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "billing/money/Decimal.h"
-#include "store/document/TADocument.h"
-#include "store/document/TADocumentController.h"
-#include "store/document/TAInvoiceCacheUpdater.h"
-#include "store/objectstore/ObjectID.h"
+#include "document/TADocument.h"
+#include "document/TADocumentController.h"
+#include "document/TAInvoiceCacheUpdater.h"
+#include "foundation/money/Decimal.h"
+#include "objectstore/ObjectID.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>

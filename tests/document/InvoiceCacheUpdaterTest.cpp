@@ -1,11 +1,11 @@
 #include "DocumentTestSupport.h"
 
-#include "billing/dates/ScopedFixedClock.h"
-#include "store/document/TACacheRecordInbox.h"
-#include "store/document/TAInvoiceCacheUpdater.h"
+#include "document/TACacheRecordInbox.h"
+#include "document/TAInvoiceCacheUpdater.h"
+#include "foundation/dates/ScopedFixedClock.h"
+#include "objectstore/UndoManager.h"
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAMaterial.h"
-#include "store/objectstore/UndoManager.h"
 
 #include <QThread>
 

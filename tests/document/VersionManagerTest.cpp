@@ -1,11 +1,11 @@
 #include "DocumentTestSupport.h"
 
+#include "document/OTVersionManager.h"
+#include "document/TADocModelVersions.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/ManagedObjectModel.h"
+#include "objectstore/PersistentStore.h"
 #include "store/TADocModel.h"
-#include "store/document/OTVersionManager.h"
-#include "store/document/TADocModelVersions.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/ManagedObjectModel.h"
-#include "store/objectstore/PersistentStore.h"
 
 #include <QCryptographicHash>
 #include <QFile>

@@ -3,11 +3,11 @@
 #include "importsync/json/JsonDocumentExporter.h"
 #include "importsync/json/JsonDocumentImporter.h"
 #include "importsync/json/JsonText.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/ManagedObjectModel.h"
+#include "objectstore/PersistentStore.h"
 #include "store/TADocModel.h"
 #include "store/entities/TAKeys.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/ManagedObjectModel.h"
-#include "store/objectstore/PersistentStore.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "importsync/json/JsonKeyIndex.h"
 
+#include "objectstore/EntityDescription.h"
 #include "store/TADocModel.h"
-#include "store/objectstore/EntityDescription.h"
 
 #include <gtest/gtest.h>
 

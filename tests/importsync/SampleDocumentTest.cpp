@@ -1,16 +1,16 @@
 #include "importsync/sample/SampleDocument.h"
-#include "billing/dates/ScopedFixedClock.h"
+#include "document/TADocument.h"
+#include "document/TADocumentController.h"
+#include "foundation/dates/ScopedFixedClock.h"
+#include "objectstore/FetchRequest.h"
+#include "objectstore/ManagedObjectContext.h"
 #include "resources/tools/SampleResourceBuilder.h"
 #include "store/TADatabase.h"
-#include "store/document/TADocument.h"
-#include "store/document/TADocumentController.h"
 #include "store/entities/LMInvoiceTemplateClass.h"
 #include "store/entities/TACodes.h"
 #include "store/entities/TACurrency.h"
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAPayment.h"
-#include "store/objectstore/FetchRequest.h"
-#include "store/objectstore/ManagedObjectContext.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

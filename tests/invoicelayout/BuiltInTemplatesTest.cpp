@@ -1,12 +1,12 @@
 #include "LayoutFixture.h"
 
 #include "invoicelayout/LMBuiltInTemplates.h"
-#include "invoicelayout/values/LMElementTypes.h"
-#include "invoicelayout/values/LMGeometry.h"
+#include "layoutvalues/LMElementTypes.h"
+#include "layoutvalues/LMGeometry.h"
+#include "objectstore/UndoManager.h"
 #include "store/TAApplicationHooks.h"
 #include "store/TAContextDatabase.h"
 #include "store/entities/TAPreferences.h"
-#include "store/objectstore/UndoManager.h"
 
 #include <QSet>
 

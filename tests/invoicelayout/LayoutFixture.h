@@ -1,13 +1,13 @@
 #pragma once
 
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
 #include "store/TADocModel.h"
 #include "store/entities/LMInvoiceElementClass.h"
 #include "store/entities/LMInvoiceTemplateClass.h"
 #include "store/entities/LMInvoiceTemplateColumnClass.h"
 #include "store/entities/LMInvoiceTemplatePageClass.h"
 #include "store/entities/TAKeys.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "LayoutFixture.h"
 
-#include "invoicelayout/values/LMNotifications.h"
-#include "invoicelayout/values/TANotificationCenter.h"
+#include "foundation/TANotificationCenter.h"
+#include "layoutvalues/LMNotifications.h"
 #include "store/TAContextDatabase.h"
 #include "store/entities/TAPreferences.h"
 

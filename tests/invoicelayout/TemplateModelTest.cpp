@@ -1,13 +1,13 @@
 #include "LayoutFixture.h"
 
-#include "invoicelayout/values/LMArchivedColor.h"
-#include "invoicelayout/values/LMGeometry.h"
-#include "invoicelayout/values/LMNotifications.h"
-#include "invoicelayout/values/TANotificationCenter.h"
+#include "foundation/TANotificationCenter.h"
+#include "layoutvalues/LMArchivedColor.h"
+#include "layoutvalues/LMGeometry.h"
+#include "layoutvalues/LMNotifications.h"
+#include "objectstore/UndoManager.h"
 #include "store/TAContextDatabase.h"
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAPreferences.h"
-#include "store/objectstore/UndoManager.h"
 
 #include <algorithm>
 

@@ -1,8 +1,9 @@
-#include "invoicelayout/values/LMArchivedColor.h"
-#include "invoicelayout/values/LMArchivedImage.h"
-#include "invoicelayout/values/LMAttributedString.h"
-#include "invoicelayout/values/LMGeometry.h"
-#include "invoicelayout/values/LMTextAttributes.h"
+#include "layoutvalues/LMArchivedColor.h"
+#include "layoutvalues/LMArchivedImage.h"
+#include "layoutvalues/LMAttributedString.h"
+#include "layoutvalues/LMGeometry.h"
+#include "layoutvalues/LMTextAttributes.h"
+#include "layoutvalues/OTImageConversion.h"
 
 #include <QCborArray>
 #include <QCborMap>
@@ -108,4 +109,17 @@ TEST(LayoutValues, RectangleAndSizeText) {
     EXPECT_EQ(LMGeometry::rectFromString(QStringLiteral("{{1, 2}, {3}}")), QRectF());
     EXPECT_EQ(LMGeometry::rectFromString(QStringLiteral("{{-4, 2}, {3, 1e2}}")),
               QRectF(-4, 2, 3, 100));
+}
+
+TEST(OTImageConversion, PngRoundTrip) {
+    QImage image(4, 3, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    image.setPixel(1, 2, qRgba(10, 200, 30, 255));
+    const QByteArray png = OTImageConversion::pngRepresentationFromImage(image);
+    ASSERT_TRUE(png.startsWith("\x89PNG"));
+    const QImage back = OTImageConversion::imageFromPNGRepresentation(png);
+    EXPECT_EQ(back.size(), image.size());
+    EXPECT_EQ(back.pixel(1, 2), image.pixel(1, 2));
+    EXPECT_TRUE(OTImageConversion::pngRepresentationFromImage(QImage()).isNull());
+    EXPECT_TRUE(OTImageConversion::imageFromPNGRepresentation(QByteArray("nope")).isNull());
 }

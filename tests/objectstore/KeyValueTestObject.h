@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/objectstore/KeyValueCoding.h"
+#include "objectstore/KeyValueCoding.h"
 
 #include <QHash>
 #include <QMetaType>

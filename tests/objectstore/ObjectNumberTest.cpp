@@ -1,9 +1,9 @@
 #include "TestModel.h"
 
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/ObjectID.h"
-#include "store/objectstore/PersistentStore.h"
-#include "store/objectstore/PrimaryKeyIndex.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/ObjectID.h"
+#include "objectstore/PersistentStore.h"
+#include "objectstore/PrimaryKeyIndex.h"
 
 #include <QFile>
 

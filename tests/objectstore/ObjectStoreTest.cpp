@@ -1,9 +1,9 @@
 #include "TestModel.h"
 
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
-#include "store/objectstore/Predicate.h"
-#include "store/objectstore/UndoManager.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
+#include "objectstore/Predicate.h"
+#include "objectstore/UndoManager.h"
 
 #include <QDateTime>
 #include <QFile>

@@ -1,8 +1,8 @@
 #include "TestModel.h"
 
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
-#include "store/objectstore/Predicate.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
+#include "objectstore/Predicate.h"
 
 #include <QCryptographicHash>
 #include <QFile>

@@ -1,9 +1,9 @@
 #include "FaultVfs.h"
 #include "TestModel.h"
 
-#include "store/objectstore/DocumentFileWriter.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
+#include "objectstore/DocumentFileWriter.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
 
 #include <QBuffer>
 #include <QDir>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/objectstore/ManagedObjectModel.h"
+#include "objectstore/ManagedObjectModel.h"
 
 #include <QTemporaryDir>
 

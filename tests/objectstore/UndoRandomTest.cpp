@@ -1,8 +1,8 @@
 #include "TestModel.h"
 
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
-#include "store/objectstore/UndoManager.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
+#include "objectstore/UndoManager.h"
 
 #include <QRandomGenerator>
 

@@ -1,7 +1,7 @@
 #include "KeyValueTestObject.h"
 
-#include "billing/money/Decimal.h"
-#include "store/objectstore/Predicate.h"
+#include "foundation/money/Decimal.h"
+#include "objectstore/Predicate.h"
 
 #include <QDateTime>
 #include <QTimeZone>

@@ -1,7 +1,7 @@
 #include "KeyValueTestObject.h"
 
-#include "billing/money/Decimal.h"
-#include "store/objectstore/SortDescriptor.h"
+#include "foundation/money/Decimal.h"
+#include "objectstore/SortDescriptor.h"
 
 #include <QDateTime>
 #include <QTimeZone>

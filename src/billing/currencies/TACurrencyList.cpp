@@ -1,9 +1,9 @@
 #include "billing/currencies/TACurrencyList.h"
 
+#include "objectstore/ManagedObjectContext.h"
 #include "store/TADatabase.h"
 #include "store/entities/TACurrency.h"
 #include "store/entities/TACurrencyRate.h"
-#include "store/objectstore/ManagedObjectContext.h"
 
 #include <QCoreApplication>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "billing/currencies/TACommandOutcome.h"
-#include "billing/money/Decimal.h"
+#include "foundation/money/Decimal.h"
 
 #include <functional>
 

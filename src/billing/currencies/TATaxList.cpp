@@ -1,10 +1,10 @@
 #include "billing/currencies/TATaxList.h"
 
-#include "billing/money/DecimalConstants.h"
-#include "billing/money/OTConvert.h"
+#include "foundation/money/DecimalConstants.h"
+#include "foundation/money/OTConvert.h"
+#include "objectstore/ManagedObjectContext.h"
 #include "store/TADatabase.h"
 #include "store/entities/TATax.h"
-#include "store/objectstore/ManagedObjectContext.h"
 
 const QString TATaxList::kTaxesChangedNotification = QStringLiteral("TaxesChangedNotification");
 

@@ -1,9 +1,9 @@
 #include "billing/invoice/TAInvoiceTotalsEditing.h"
 
 #include "billing/items/TAItemRowEditing.h"
-#include "billing/money/DecimalConstants.h"
-#include "billing/money/OTConvert.h"
-#include "billing/money/TADecimalNumberBehavior.h"
+#include "foundation/money/DecimalConstants.h"
+#include "foundation/money/OTConvert.h"
+#include "foundation/money/TADecimalNumberBehavior.h"
 #include "store/TAContextDatabase.h"
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAKeys.h"

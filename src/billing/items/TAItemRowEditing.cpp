@@ -1,9 +1,10 @@
 #include "billing/items/TAItemRowEditing.h"
 
-#include "billing/money/DecimalConstants.h"
-#include "billing/money/MoneyLocale.h"
-#include "billing/money/OTConvert.h"
-#include "billing/money/TADecimalNumberBehavior.h"
+#include "foundation/money/DecimalConstants.h"
+#include "foundation/money/MoneyLocale.h"
+#include "foundation/money/OTConvert.h"
+#include "foundation/money/TADecimalNumberBehavior.h"
+#include "objectstore/ManagedObjectContext.h"
 #include "store/TAContextDatabase.h"
 #include "store/entities/TAInventory.h"
 #include "store/entities/TAInvoice.h"
@@ -11,7 +12,6 @@
 #include "store/entities/TAProject.h"
 #include "store/entities/TATax.h"
 #include "store/entities/TATimer.h"
-#include "store/objectstore/ManagedObjectContext.h"
 
 #include <QCoreApplication>
 

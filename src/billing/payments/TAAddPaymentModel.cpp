@@ -1,9 +1,10 @@
 #include "billing/payments/TAAddPaymentModel.h"
 
-#include "billing/dates/OTClock.h"
-#include "billing/money/OTConvert.h"
-#include "billing/money/OTFunctions.h"
-#include "billing/money/TADecimalNumberBehavior.h"
+#include "foundation/dates/OTClock.h"
+#include "foundation/money/OTConvert.h"
+#include "foundation/money/OTFunctions.h"
+#include "foundation/money/TADecimalNumberBehavior.h"
+#include "objectstore/ManagedObjectContext.h"
 #include "store/TADatabase.h"
 #include "store/TADocumentHooks.h"
 #include "store/entities/TACodes.h"
@@ -12,7 +13,6 @@
 #include "store/entities/TAHistory.h"
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAPayment.h"
-#include "store/objectstore/ManagedObjectContext.h"
 
 #include <QCoreApplication>
 

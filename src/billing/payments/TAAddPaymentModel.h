@@ -1,6 +1,6 @@
 #pragma once
 
-#include "billing/money/Decimal.h"
+#include "foundation/money/Decimal.h"
 
 #include <QDateTime>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "billing/dates/OTCalendar.h"
+#include "foundation/dates/OTCalendar.h"
 
 namespace {
 

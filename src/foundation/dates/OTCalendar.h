@@ -1,6 +1,6 @@
 #pragma once
 
-#include "billing/dates/OTDateComponents.h"
+#include "foundation/dates/OTDateComponents.h"
 
 #include <QDate>
 #include <QDateTime>

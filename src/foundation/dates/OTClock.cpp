@@ -1,4 +1,4 @@
-#include "billing/dates/OTClock.h"
+#include "foundation/dates/OTClock.h"
 
 #include <memory>
 #include <mutex>

@@ -1,7 +1,7 @@
-#include "billing/dates/OTDate.h"
+#include "foundation/dates/OTDate.h"
 
-#include "billing/dates/OTClock.h"
-#include "billing/dates/OTDateStyleFormatter.h"
+#include "foundation/dates/OTClock.h"
+#include "foundation/dates/OTDateStyleFormatter.h"
 
 #include <QCoreApplication>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "billing/dates/OTCalendar.h"
-#include "billing/dates/OTDateComponents.h"
+#include "foundation/dates/OTCalendar.h"
+#include "foundation/dates/OTDateComponents.h"
 
 #include <QDateTime>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "billing/dates/OTDateStyleFormatter.h"
+#include "foundation/dates/OTDateStyleFormatter.h"
 
 #include <QHash>
 

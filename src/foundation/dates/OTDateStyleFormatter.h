@@ -1,6 +1,6 @@
 #pragma once
 
-#include "billing/dates/OTCalendar.h"
+#include "foundation/dates/OTCalendar.h"
 
 #include <QDateTime>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "billing/dates/ScopedFixedClock.h"
+#include "foundation/dates/ScopedFixedClock.h"
 
 ScopedFixedClock::ScopedFixedClock(const QDateTime &now)
     : msecs_(std::make_shared<std::atomic<qint64>>(now.toMSecsSinceEpoch())) {

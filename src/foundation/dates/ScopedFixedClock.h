@@ -1,6 +1,6 @@
 #pragma once
 
-#include "billing/dates/OTClock.h"
+#include "foundation/dates/OTClock.h"
 
 #include <QDateTime>
 

@@ -1,6 +1,5 @@
 #include "OTConvert.h"
 
-#include <QBuffer>
 #include <QCborArray>
 #include <QCborValue>
 #include <QHash>
@@ -345,21 +344,4 @@ int OTConvert::noOfItemsInEncodedArrayData(const QByteArray &data) {
     if (error.error != QCborError::NoError || !value.isArray())
         return 0;
     return static_cast<int>(value.toArray().size());
-}
-
-QByteArray OTConvert::pngRepresentationFromImage(const QImage &image) {
-    if (image.isNull())
-        return {};
-    QByteArray data;
-    QBuffer buffer(&data);
-    buffer.open(QIODevice::WriteOnly);
-    if (!image.save(&buffer, "PNG"))
-        return {};
-    return data;
-}
-
-QImage OTConvert::imageFromPNGRepresentation(const QByteArray &data) {
-    if (data.isEmpty())
-        return {};
-    return QImage::fromData(data, "PNG");
 }

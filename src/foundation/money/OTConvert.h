@@ -5,7 +5,6 @@
 
 #include <QByteArray>
 #include <QDateTime>
-#include <QImage>
 #include <QStringConverter>
 #include <QVariant>
 
@@ -75,7 +74,4 @@ public:
     static QVariant unarchiveObjectFromData(const QByteArray &data);
     // The length of the array the data encodes; 0 when it encodes no array.
     static int noOfItemsInEncodedArrayData(const QByteArray &data);
-
-    static QByteArray pngRepresentationFromImage(const QImage &image);
-    static QImage imageFromPNGRepresentation(const QByteArray &data);
 };

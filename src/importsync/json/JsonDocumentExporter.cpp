@@ -1,13 +1,13 @@
 #include "importsync/json/JsonDocumentExporter.h"
 
 #include "importsync/json/JsonText.h"
+#include "objectstore/DocumentFileWriter.h"
+#include "objectstore/EntityDescription.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/ManagedObjectModel.h"
+#include "objectstore/PersistentStore.h"
 #include "store/TADocModel.h"
 #include "store/entities/TAKeys.h"
-#include "store/objectstore/DocumentFileWriter.h"
-#include "store/objectstore/EntityDescription.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/ManagedObjectModel.h"
-#include "store/objectstore/PersistentStore.h"
 
 #include <QBuffer>
 

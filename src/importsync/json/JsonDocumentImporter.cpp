@@ -3,13 +3,13 @@
 #include "importsync/json/JsonDocumentExporter.h"
 #include "importsync/json/JsonKeyIndex.h"
 #include "importsync/json/JsonText.h"
+#include "objectstore/EntityDescription.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/ManagedObjectModel.h"
+#include "objectstore/ObjectGraph.h"
+#include "objectstore/PersistentStore.h"
 #include "store/TADocModel.h"
 #include "store/entities/TAInvoice.h"
-#include "store/objectstore/EntityDescription.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/ManagedObjectModel.h"
-#include "store/objectstore/ObjectGraph.h"
-#include "store/objectstore/PersistentStore.h"
 
 #include <QHash>
 #include <QSet>

@@ -1,7 +1,7 @@
 #include "importsync/json/JsonKeyIndex.h"
 
-#include "store/objectstore/EntityDescription.h"
-#include "store/objectstore/ManagedObjectModel.h"
+#include "objectstore/EntityDescription.h"
+#include "objectstore/ManagedObjectModel.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "billing/money/Decimal.h"
-#include "store/objectstore/Result.h"
+#include "foundation/Result.h"
+#include "foundation/money/Decimal.h"
 
 #include <QByteArray>
 #include <QByteArrayView>

@@ -1,17 +1,17 @@
 #include "importsync/sample/SampleDocument.h"
 
+#include "document/OTVersionManager.h"
+#include "document/TADocument.h"
+#include "document/TAInvoiceCacheUpdater.h"
+#include "objectstore/DocumentFileWriter.h"
+#include "objectstore/EntityDescription.h"
+#include "objectstore/FetchRequest.h"
+#include "objectstore/ManagedObject.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/ManagedObjectModel.h"
+#include "objectstore/PersistentStore.h"
 #include "store/TADocModel.h"
-#include "store/document/OTVersionManager.h"
-#include "store/document/TADocument.h"
-#include "store/document/TAInvoiceCacheUpdater.h"
 #include "store/entities/TAKeys.h"
-#include "store/objectstore/DocumentFileWriter.h"
-#include "store/objectstore/EntityDescription.h"
-#include "store/objectstore/FetchRequest.h"
-#include "store/objectstore/ManagedObject.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/ManagedObjectModel.h"
-#include "store/objectstore/PersistentStore.h"
 
 #include <QDir>
 #include <QFile>

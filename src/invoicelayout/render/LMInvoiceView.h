@@ -3,7 +3,7 @@
 #include "invoicelayout/render/LMBackgroundPainter.h"
 #include "invoicelayout/render/LMTableModel.h"
 #include "invoicelayout/render/LMTablePainter.h"
-#include "invoicelayout/values/LMAttributedString.h"
+#include "layoutvalues/LMAttributedString.h"
 
 #include <QHash>
 #include <QImage>

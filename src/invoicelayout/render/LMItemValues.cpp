@@ -1,7 +1,7 @@
 #include "invoicelayout/render/LMItemValues.h"
 
-#include "billing/dates/OTDate.h"
-#include "billing/money/OTFormatting.h"
+#include "foundation/dates/OTDate.h"
+#include "foundation/money/OTFormatting.h"
 #include "store/entities/LMInvoiceElementClass.h"
 #include "store/entities/TACurrency.h"
 #include "store/entities/TAMaterial.h"

@@ -1,6 +1,6 @@
 #include "invoicelayout/render/LMPlaceholderText.h"
 
-#include "billing/dates/OTDateStyleFormatter.h"
+#include "foundation/dates/OTDateStyleFormatter.h"
 #include "store/entities/TAClient.h"
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAPreferences.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "invoicelayout/values/LMAttributedString.h"
+#include "layoutvalues/LMAttributedString.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,7 +1,7 @@
 #include "invoicelayout/render/LMTableModel.h"
 
 #include "invoicelayout/render/LMTextPainter.h"
-#include "invoicelayout/values/LMElementTypes.h"
+#include "layoutvalues/LMElementTypes.h"
 #include "store/entities/LMInvoiceElementClass.h"
 #include "store/entities/LMInvoiceTemplateColumnClass.h"
 

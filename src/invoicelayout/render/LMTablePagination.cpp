@@ -1,8 +1,8 @@
 #include "invoicelayout/render/LMTablePagination.h"
 
 #include "invoicelayout/render/LMTableModel.h"
-#include "invoicelayout/values/LMElementTypes.h"
-#include "invoicelayout/values/LMGeometry.h"
+#include "layoutvalues/LMElementTypes.h"
+#include "layoutvalues/LMGeometry.h"
 #include "store/entities/LMInvoiceElementClass.h"
 #include "store/entities/LMInvoiceTemplateClass.h"
 #include "store/entities/LMInvoiceTemplatePageClass.h"

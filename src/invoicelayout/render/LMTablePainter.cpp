@@ -1,6 +1,6 @@
 #include "invoicelayout/render/LMTablePainter.h"
 
-#include "billing/money/OTFormatting.h"
+#include "foundation/money/OTFormatting.h"
 #include "invoicelayout/render/LMItemValues.h"
 #include "invoicelayout/render/LMTableRules.h"
 #include "invoicelayout/render/LMTextPainter.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "invoicelayout/values/LMAttributedString.h"
-#include "invoicelayout/values/LMTextAttributes.h"
+#include "layoutvalues/LMAttributedString.h"
+#include "layoutvalues/LMTextAttributes.h"
 
 #include <QColor>
 #include <QFont>

@@ -2,10 +2,10 @@
 
 #include "importsync/json/JsonDocumentExporter.h"
 #include "importsync/json/JsonDocumentImporter.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
 #include "store/TADatabase.h"
 #include "store/TADocModel.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
 
 #include <QDir>
 #include <QFile>

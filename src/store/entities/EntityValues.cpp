@@ -1,6 +1,6 @@
 #include "store/entities/EntityValues.h"
 
-#include "store/objectstore/ManagedObject.h"
+#include "objectstore/ManagedObject.h"
 
 void EntityValues::setString(ManagedObject *object, const QString &key, const QString &value) {
     object->setValueForKey(value.isNull() ? QVariant() : QVariant(value), key);

@@ -6,13 +6,13 @@
 #include "store/entities/TAKeys.h"
 #include "store/entities/TAPreferences.h"
 
-#include "invoicelayout/values/LMArchivedColor.h"
-#include "invoicelayout/values/LMArchivedImage.h"
-#include "invoicelayout/values/LMElementTypes.h"
-#include "invoicelayout/values/LMNotifications.h"
-#include "invoicelayout/values/TANotificationCenter.h"
+#include "foundation/TANotificationCenter.h"
+#include "layoutvalues/LMArchivedColor.h"
+#include "layoutvalues/LMArchivedImage.h"
+#include "layoutvalues/LMElementTypes.h"
+#include "layoutvalues/LMNotifications.h"
+#include "objectstore/ManagedObjectContext.h"
 #include "store/TAContextDatabase.h"
-#include "store/objectstore/ManagedObjectContext.h"
 
 #include <QCoreApplication>
 

@@ -2,8 +2,8 @@
 
 #include "store/entities/LMManagedObject.h"
 
-#include "invoicelayout/values/LMAttributedString.h"
-#include "invoicelayout/values/LMTextAttributes.h"
+#include "layoutvalues/LMAttributedString.h"
+#include "layoutvalues/LMTextAttributes.h"
 
 #include <QColor>
 #include <QImage>

@@ -5,14 +5,14 @@
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAKeys.h"
 
-#include "billing/dates/OTClock.h"
-#include "invoicelayout/values/LMArchivedColor.h"
-#include "invoicelayout/values/LMArchivedImage.h"
-#include "invoicelayout/values/LMGeometry.h"
-#include "invoicelayout/values/LMNotifications.h"
-#include "invoicelayout/values/TANotificationCenter.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/UndoManager.h"
+#include "foundation/TANotificationCenter.h"
+#include "foundation/dates/OTClock.h"
+#include "layoutvalues/LMArchivedColor.h"
+#include "layoutvalues/LMArchivedImage.h"
+#include "layoutvalues/LMGeometry.h"
+#include "layoutvalues/LMNotifications.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/UndoManager.h"
 
 #include <QCoreApplication>
 #include <QLocale>

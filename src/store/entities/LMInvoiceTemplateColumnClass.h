@@ -2,7 +2,7 @@
 
 #include "store/entities/LMManagedObject.h"
 
-#include "invoicelayout/values/LMTextAttributes.h"
+#include "layoutvalues/LMTextAttributes.h"
 
 class LMInvoiceElementClass;
 

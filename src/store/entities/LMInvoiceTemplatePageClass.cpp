@@ -5,11 +5,11 @@
 #include "store/entities/LMInvoiceTemplateClass.h"
 #include "store/entities/TAKeys.h"
 
-#include "invoicelayout/values/LMArchivedImage.h"
-#include "invoicelayout/values/LMElementTypes.h"
-#include "invoicelayout/values/LMNotifications.h"
-#include "invoicelayout/values/TANotificationCenter.h"
-#include "store/objectstore/ManagedObjectContext.h"
+#include "foundation/TANotificationCenter.h"
+#include "layoutvalues/LMArchivedImage.h"
+#include "layoutvalues/LMElementTypes.h"
+#include "layoutvalues/LMNotifications.h"
+#include "objectstore/ManagedObjectContext.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 #include "store/entities/LMManagedObject.h"
 
+#include "objectstore/EntityDescription.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/UndoManager.h"
 #include "store/entities/TAKeys.h"
-#include "store/objectstore/EntityDescription.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/UndoManager.h"
 
 void LMManagedObject::awakeFromInsert() {
     ManagedObject::awakeFromInsert();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/objectstore/ManagedObject.h"
+#include "objectstore/ManagedObject.h"
 
 #include <QHash>
 #include <QStringList>

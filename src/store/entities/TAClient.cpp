@@ -1,7 +1,9 @@
 #include "store/entities/TAClient.h"
 
-#include "billing/money/OTFunctions.h"
-#include "billing/money/TADecimalNumberBehavior.h"
+#include "foundation/money/OTFunctions.h"
+#include "foundation/money/TADecimalNumberBehavior.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/Predicate.h"
 #include "store/entities/EntityValues.h"
 #include "store/entities/TACodes.h"
 #include "store/entities/TACurrency.h"
@@ -10,8 +12,6 @@
 #include "store/entities/TAKeys.h"
 #include "store/entities/TAProject.h"
 #include "store/entities/TARecurringInvoice.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/Predicate.h"
 
 #include <QBuffer>
 #include <QSet>

@@ -7,8 +7,8 @@
 #include "store/entities/TAPayment.h"
 #include "store/entities/TAProject.h"
 
-#include "billing/dates/OTDate.h"
-#include "billing/money/OTNumberText.h"
+#include "foundation/dates/OTDate.h"
+#include "foundation/money/OTNumberText.h"
 #include "store/TAContextDatabase.h"
 
 #include <QCoreApplication>

@@ -1,8 +1,10 @@
 #include "store/entities/TAInvoice.h"
 
-#include "billing/dates/OTClock.h"
-#include "billing/dates/OTDate.h"
-#include "billing/money/TADecimalNumberBehavior.h"
+#include "foundation/dates/OTClock.h"
+#include "foundation/dates/OTDate.h"
+#include "foundation/money/TADecimalNumberBehavior.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/SortDescriptor.h"
 #include "store/TAContextDatabase.h"
 #include "store/entities/EntityValues.h"
 #include "store/entities/LMInvoiceTemplateClass.h"
@@ -17,8 +19,6 @@
 #include "store/entities/TAPayment.h"
 #include "store/entities/TAPreferences.h"
 #include "store/entities/TAProject.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/SortDescriptor.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "foundation/Result.h"
 #include "store/entities/TAObject.h"
-#include "store/objectstore/Result.h"
 
 #include <QStringList>
 #include <QVariantMap>

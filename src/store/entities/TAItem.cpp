@@ -1,6 +1,8 @@
 #include "store/entities/TAItem.h"
 
-#include "billing/dates/OTClock.h"
+#include "foundation/dates/OTClock.h"
+#include "objectstore/EntityDescription.h"
+#include "objectstore/ManagedObjectContext.h"
 #include "store/TAContextDatabase.h"
 #include "store/entities/EntityValues.h"
 #include "store/entities/TAClient.h"
@@ -9,8 +11,6 @@
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAKeys.h"
 #include "store/entities/TAProject.h"
-#include "store/objectstore/EntityDescription.h"
-#include "store/objectstore/ManagedObjectContext.h"
 
 QString TAItem::name() const {
     return stringForKey(TAKey::name);

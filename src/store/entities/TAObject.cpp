@@ -1,9 +1,9 @@
 #include "store/entities/TAObject.h"
 
+#include "objectstore/EntityDescription.h"
 #include "store/entities/EntityValues.h"
 #include "store/entities/TAHistory.h"
 #include "store/entities/TAKeys.h"
-#include "store/objectstore/EntityDescription.h"
 
 #include <QCborMap>
 #include <QCborValue>

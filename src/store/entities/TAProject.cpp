@@ -1,8 +1,9 @@
 #include "store/entities/TAProject.h"
 
-#include "billing/dates/OTClock.h"
-#include "billing/dates/OTDate.h"
-#include "billing/money/TADecimalNumberBehavior.h"
+#include "foundation/dates/OTClock.h"
+#include "foundation/dates/OTDate.h"
+#include "foundation/money/TADecimalNumberBehavior.h"
+#include "objectstore/ManagedObjectContext.h"
 #include "store/TAContextDatabase.h"
 #include "store/entities/EntityValues.h"
 #include "store/entities/TAClient.h"
@@ -14,7 +15,6 @@
 #include "store/entities/TAItem.h"
 #include "store/entities/TAKeys.h"
 #include "store/entities/TATimer.h"
-#include "store/objectstore/ManagedObjectContext.h"
 
 #include <QHash>
 

@@ -1,7 +1,7 @@
 #include "store/entities/TATimer.h"
 
-#include "billing/dates/OTDate.h"
-#include "billing/money/DecimalConstants.h"
+#include "foundation/dates/OTDate.h"
+#include "foundation/money/DecimalConstants.h"
 #include "store/TAApplicationHooks.h"
 #include "store/entities/EntityValues.h"
 #include "store/entities/TAKeys.h"

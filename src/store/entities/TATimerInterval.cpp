@@ -1,8 +1,8 @@
 #include "store/entities/TATimerInterval.h"
 
-#include "billing/dates/OTClock.h"
-#include "billing/dates/OTDate.h"
-#include "billing/money/DecimalConstants.h"
+#include "foundation/dates/OTClock.h"
+#include "foundation/dates/OTDate.h"
+#include "foundation/money/DecimalConstants.h"
 #include "store/entities/EntityValues.h"
 #include "store/entities/TAKeys.h"
 #include "store/entities/TATimer.h"

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "billing/dates/ScopedFixedClock.h"
+#include "foundation/dates/ScopedFixedClock.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
 #include "store/TADatabase.h"
 #include "store/TADocModel.h"
 #include "store/entities/TAClient.h"
@@ -9,8 +11,6 @@
 #include "store/entities/TAPayment.h"
 #include "store/entities/TAPreferences.h"
 #include "store/entities/TAProject.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
 
 #include <QTemporaryDir>
 

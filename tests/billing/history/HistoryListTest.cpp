@@ -1,8 +1,8 @@
 #include "HistoryFixture.h"
 
 #include "billing/history/TAHistoryList.h"
+#include "objectstore/UndoManager.h"
 #include "store/entities/TAHistory.h"
-#include "store/objectstore/UndoManager.h"
 
 TEST_F(HistoryFixture, InvoiceListTakesEditedPaymentDatesAndSortsByDate) {
     TAInvoice *i = invoice();

@@ -1,7 +1,7 @@
 #include "HistoryFixture.h"
 
 #include "billing/preferences/TAInvoiceNumbering.h"
-#include "store/objectstore/UndoManager.h"
+#include "objectstore/UndoManager.h"
 
 namespace {
 QString next(const char *number) {

@@ -1,6 +1,9 @@
 #pragma once
 
-#include "billing/dates/ScopedFixedClock.h"
+#include "foundation/dates/ScopedFixedClock.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
+#include "objectstore/UndoManager.h"
 #include "store/TAApplicationHooks.h"
 #include "store/TADatabase.h"
 #include "store/TADocModel.h"
@@ -13,9 +16,6 @@
 #include "store/entities/TAPreferences.h"
 #include "store/entities/TAProject.h"
 #include "store/entities/TATimer.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
-#include "store/objectstore/UndoManager.h"
 
 #include <QTemporaryDir>
 

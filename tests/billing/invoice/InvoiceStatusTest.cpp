@@ -1,7 +1,7 @@
 #include "InvoiceFixture.h"
 
+#include "objectstore/Predicate.h"
 #include "store/entities/TACurrencyRate.h"
-#include "store/objectstore/Predicate.h"
 
 namespace {
 QDateTime local(int day, int hour, int minute = 0, int second = 0) {

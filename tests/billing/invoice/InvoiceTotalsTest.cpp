@@ -1,6 +1,6 @@
 #include "InvoiceFixture.h"
 
-#include "billing/money/TADecimalNumberBehavior.h"
+#include "foundation/money/TADecimalNumberBehavior.h"
 
 #include <QRandomGenerator>
 

@@ -3,10 +3,10 @@
 #include "billing/TAInvoiceCacheRequests.h"
 #include "billing/invoice/TAInvoiceTotalsEditing.h"
 #include "billing/items/TAItemRowEditing.h"
+#include "objectstore/SortDescriptor.h"
 #include "store/entities/TAInventory.h"
 #include "store/entities/TATax.h"
 #include "store/entities/TATimerInterval.h"
-#include "store/objectstore/SortDescriptor.h"
 
 class ItemRulesTest : public InvoiceFixture {
 protected:

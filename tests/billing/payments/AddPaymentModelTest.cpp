@@ -1,8 +1,8 @@
 #include "PaymentsFixture.h"
 
-#include "billing/dates/ScopedFixedClock.h"
-#include "billing/money/OTConvert.h"
 #include "billing/payments/TAAddPaymentModel.h"
+#include "foundation/dates/ScopedFixedClock.h"
+#include "foundation/money/OTConvert.h"
 #include "store/entities/TAHistory.h"
 
 namespace {

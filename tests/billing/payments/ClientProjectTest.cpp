@@ -1,6 +1,6 @@
 #include "PaymentsFixture.h"
 
-#include "billing/dates/ScopedFixedClock.h"
+#include "foundation/dates/ScopedFixedClock.h"
 #include "store/entities/TAMaterial.h"
 #include "store/entities/TAProject.h"
 #include "store/entities/TARecurringInvoice.h"

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
+#include "objectstore/UndoManager.h"
 #include "store/TADatabase.h"
 #include "store/TADocModel.h"
 #include "store/TADocumentHooks.h"
@@ -9,9 +12,6 @@
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAKeys.h"
 #include "store/entities/TAPayment.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
-#include "store/objectstore/UndoManager.h"
 
 #include <QTemporaryDir>
 #include <QTimeZone>

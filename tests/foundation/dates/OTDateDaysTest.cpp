@@ -1,7 +1,7 @@
 #include "DatesTestSupport.h"
 
-#include "billing/dates/OTDate.h"
-#include "billing/dates/ScopedFixedClock.h"
+#include "foundation/dates/OTDate.h"
+#include "foundation/dates/ScopedFixedClock.h"
 
 TEST(OTDateDays, CalendarDaysAcrossDaylightSavingChanges) {
     const QTimeZone b = berlinZone();

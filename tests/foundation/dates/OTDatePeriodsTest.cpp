@@ -1,8 +1,8 @@
 #include "DatesTestSupport.h"
 
-#include "billing/dates/OTClock.h"
-#include "billing/dates/OTDate.h"
-#include "billing/dates/ScopedFixedClock.h"
+#include "foundation/dates/OTClock.h"
+#include "foundation/dates/OTDate.h"
+#include "foundation/dates/ScopedFixedClock.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "DatesTestSupport.h"
 
-#include "billing/dates/OTDate.h"
+#include "foundation/dates/OTDate.h"
 
 TEST(OTDateText, HoursAndMinutes) {
     EXPECT_EQ(OTDate::secondsToHMString(0), "0:00");

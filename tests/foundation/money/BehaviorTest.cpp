@@ -1,6 +1,6 @@
-#include "billing/money/DecimalConstants.h"
-#include "billing/money/LMDecNumHand2Places.h"
-#include "billing/money/TADecimalNumberBehavior.h"
+#include "foundation/money/DecimalConstants.h"
+#include "foundation/money/LMDecNumHand2Places.h"
+#include "foundation/money/TADecimalNumberBehavior.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "billing/money/OTConvert.h"
+#include "foundation/money/OTConvert.h"
 
 #include <gtest/gtest.h>
 

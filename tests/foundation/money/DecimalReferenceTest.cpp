@@ -1,7 +1,7 @@
 // Division and addition against a reference computed with arbitrary-precision integers: the
 // exact result rounded once, at the scale asked for or else at the 38th digit; a result that
 // then needs more than 38 digits, or reaches 10^38, overflows.
-#include "billing/money/Decimal.h"
+#include "foundation/money/Decimal.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "billing/money/Decimal.h"
+#include "foundation/money/Decimal.h"
 
 #include <gtest/gtest.h>
 

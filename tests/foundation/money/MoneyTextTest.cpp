@@ -1,5 +1,5 @@
-#include "billing/money/OTFormatting.h"
-#include "billing/money/OTFunctions.h"
+#include "foundation/money/OTFormatting.h"
+#include "foundation/money/OTFunctions.h"
 
 #include <gtest/gtest.h>
 

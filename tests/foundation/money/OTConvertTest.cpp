@@ -1,6 +1,5 @@
-#include "billing/money/OTConvert.h"
-#include "billing/money/OTFormatter.h"
-#include "billing/money/OTFunctions.h"
+#include "foundation/money/OTConvert.h"
+#include "foundation/money/OTFunctions.h"
 
 #include <gtest/gtest.h>
 
@@ -108,19 +107,6 @@ TEST(OTConvert, DataAndPropertyLists) {
     EXPECT_EQ(OTConvert::noOfItemsInEncodedArrayData(QByteArray()), 0);
 }
 
-TEST(OTConvert, PngRoundTrip) {
-    QImage image(4, 3, QImage::Format_ARGB32);
-    image.fill(Qt::transparent);
-    image.setPixel(1, 2, qRgba(10, 200, 30, 255));
-    const QByteArray png = OTConvert::pngRepresentationFromImage(image);
-    ASSERT_TRUE(png.startsWith("\x89PNG"));
-    const QImage back = OTConvert::imageFromPNGRepresentation(png);
-    EXPECT_EQ(back.size(), image.size());
-    EXPECT_EQ(back.pixel(1, 2), image.pixel(1, 2));
-    EXPECT_TRUE(OTConvert::pngRepresentationFromImage(QImage()).isNull());
-    EXPECT_TRUE(OTConvert::imageFromPNGRepresentation(QByteArray("nope")).isNull());
-}
-
 TEST(OTFunctions, EmptinessNamesAndFiles) {
     EXPECT_TRUE(OTFunctions::isEmptyString(QVariant()));
     EXPECT_TRUE(OTFunctions::isEmptyString(QVariant::fromValue(nullptr)));
@@ -147,36 +133,4 @@ TEST(OTFunctions, EmptinessNamesAndFiles) {
     OTFunctions::deleteFilesAtURLs({});
 
     EXPECT_EQ(OTFunctions::formattedPredicateString(R"(a\b"c'd)"), R"(a\\b\"c\'d)");
-}
-
-TEST(OTFormatter, PartialValidation) {
-    using F = OTFormatter;
-    EXPECT_TRUE(F::isPartialStringValid("", 0, "1", 1, 0, true).valid);
-
-    const auto refused = F::isPartialStringValid("12a", 3, "12", 2, 0, false);
-    EXPECT_TRUE(refused.refused);
-    EXPECT_EQ(refused.errorDescription, "Invalid characters");
-    EXPECT_TRUE(F::isPartialStringValid("1,2.3", 5, "1", 1, 0, false).text == "1,2.3");
-
-    // Deleting back onto a group separator takes the character before it too.
-    const auto shrunk = F::isPartialStringValid("12345678901", 9, "123456789012", 10, 0, true);
-    EXPECT_FALSE(shrunk.valid);
-    EXPECT_EQ(shrunk.location, 8);
-    EXPECT_EQ(shrunk.text, "1234567901"); // q = 8 - 8 / 5 = 7
-    EXPECT_EQ(F::isPartialStringValid("abcdef", 4, "abcdefg", 5, 0, false).text, "abcdf");
-    EXPECT_EQ(F::isPartialStringValid("abcdef", 4, "abcdefg", 5, 0, true).text, "abcef");
-    EXPECT_EQ(F::isPartialStringValid("abcdef", 4, "abcdefg", 5, 2, true).text, "abcdef");
-    EXPECT_EQ(F::isPartialStringValid("abcdef", 5, "abcdefg", 6, 0, true).text, "abcdef");
-
-    auto amount = OTFormatter::amountFormatter();
-    EXPECT_EQ(amount->kind(), OTFormatter::Kind::Amount);
-    EXPECT_EQ(OTFormatter::percentageFormatter()->kind(), OTFormatter::Kind::Percentage);
-    amount->setOriginal("12", 2);
-    QString input = "12x";
-    int pos = 3;
-    EXPECT_EQ(amount->validate(input, pos), QValidator::Invalid);
-    input = "12.5";
-    pos = 4;
-    EXPECT_EQ(amount->validate(input, pos), QValidator::Acceptable);
-    EXPECT_EQ(input, "12.5");
 }

@@ -7,9 +7,9 @@
 // at the start): the same seed gives the same texts in the same order.
 #include "importsync/json/JsonDocumentExporter.h"
 #include "importsync/json/JsonDocumentImporter.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
 #include "store/TADocModel.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
 
 #include <QDir>
 #include <QElapsedTimer>

@@ -1,6 +1,6 @@
 #include "TableLayoutFixture.h"
 
-#include "billing/money/OTFormatting.h"
+#include "foundation/money/OTFormatting.h"
 #include "invoicelayout/render/LMInvoiceOutput.h"
 
 namespace {

@@ -4,8 +4,8 @@
 #include "invoicelayout/render/LMInvoiceOutput.h"
 #include "invoicelayout/render/LMInvoiceView.h"
 
-#include "invoicelayout/values/LMArchivedColor.h"
-#include "invoicelayout/values/LMArchivedImage.h"
+#include "layoutvalues/LMArchivedColor.h"
+#include "layoutvalues/LMArchivedImage.h"
 #include <QPainter>
 
 namespace {

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "invoicelayout/values/LMGeometry.h"
+#include "layoutvalues/LMGeometry.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
 #include "store/TAApplicationHooks.h"
 #include "store/TADatabase.h"
 #include "store/TADocModel.h"
@@ -14,8 +16,6 @@
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAMaterial.h"
 #include "store/entities/TAPreferences.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
 
 #include <QProcess>
 #include <QTemporaryDir>

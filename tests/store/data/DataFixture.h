@@ -1,14 +1,14 @@
 #pragma once
 
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
+#include "objectstore/UndoManager.h"
 #include "store/TAApplicationHooks.h"
 #include "store/TADatabase.h"
 #include "store/TADocModel.h"
 #include "store/TADocumentHooks.h"
 #include "store/entities/LMInvoiceTemplateClass.h"
 #include "store/entities/TAKeys.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
-#include "store/objectstore/UndoManager.h"
 
 #include <QTemporaryDir>
 

@@ -1,5 +1,6 @@
 #include "DataFixture.h"
 
+#include "objectstore/ManagedObjectModel.h"
 #include "store/entities/TAClient.h"
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAMaterial.h"
@@ -7,7 +8,6 @@
 #include "store/entities/TAProject.h"
 #include "store/entities/TATimer.h"
 #include "store/entities/TATimerInterval.h"
-#include "store/objectstore/ManagedObjectModel.h"
 
 #include <QTimeZone>
 
@@ -15,7 +15,7 @@
 #include <map>
 #include <random>
 
-#include "billing/dates/ScopedFixedClock.h"
+#include "foundation/dates/ScopedFixedClock.h"
 
 namespace {
 // The whole object graph as plain text: "uri key" -> value.

@@ -1,6 +1,7 @@
 #include "StoreFixture.h"
 
-#include "billing/dates/ScopedFixedClock.h"
+#include "foundation/dates/ScopedFixedClock.h"
+#include "objectstore/EntityDescription.h"
 #include "store/entities/LMInvoiceTemplateColumnClass.h"
 #include "store/entities/LMManagedObject.h"
 #include "store/entities/TACurrencyRate.h"
@@ -10,7 +11,6 @@
 #include "store/entities/TAProject.h"
 #include "store/entities/TARecurringInvoice.h"
 #include "store/entities/TATimer.h"
-#include "store/objectstore/EntityDescription.h"
 
 namespace {
 QList<const EntityDescription *> concreteEntities() {

@@ -1,12 +1,12 @@
 #include "StoreFixture.h"
 
+#include "objectstore/EntityDescription.h"
 #include "store/entities/TAClient.h"
 #include "store/entities/TACurrency.h"
 #include "store/entities/TACurrencyRate.h"
 #include "store/entities/TAInvoice.h"
 #include "store/entities/TAKeys.h"
 #include "store/entities/TAProject.h"
-#include "store/objectstore/EntityDescription.h"
 
 #include <QSet>
 

@@ -1,5 +1,6 @@
 #include "StoreFixture.h"
 
+#include "objectstore/UndoManager.h"
 #include "store/entities/LMInvoiceElementClass.h"
 #include "store/entities/LMInvoiceTemplateClass.h"
 #include "store/entities/LMInvoiceTemplateColumnClass.h"
@@ -10,7 +11,6 @@
 #include "store/entities/TAMaterial.h"
 #include "store/entities/TAProject.h"
 #include "store/entities/TATimer.h"
-#include "store/objectstore/UndoManager.h"
 
 #include <QCborValue>
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "objectstore/FetchRequest.h"
+#include "objectstore/ManagedObjectContext.h"
+#include "objectstore/PersistentStore.h"
 #include "store/TADocModel.h"
-#include "store/objectstore/FetchRequest.h"
-#include "store/objectstore/ManagedObjectContext.h"
-#include "store/objectstore/PersistentStore.h"
 
 #include <QTemporaryDir>
 
