@@ -1,5 +1,5 @@
 // Decimal arithmetic and currency text throughput.
-#include "foundation/money/OTFormatting.h"
+#include "foundation/money/OTNumberText.h"
 #include "foundation/money/TADecimalNumberBehavior.h"
 
 #include <benchmark/benchmark.h>
@@ -40,7 +40,7 @@ void BM_CurrencyText(benchmark::State &state) {
     size_t i = 0;
     for (auto _ : state) {
         QString text =
-            OTFormatting::currencyFormatter(amounts[i++ & 3], QStringLiteral("EUR"), kLocale);
+            OTNumberText::currencyFormatter(amounts[i++ & 3], QStringLiteral("EUR"), kLocale);
         benchmark::DoNotOptimize(text);
     }
     state.SetItemsProcessed(state.iterations());

@@ -1,6 +1,6 @@
 #include "cli/CliListFormatter.h"
 
-#include "foundation/money/OTFormatting.h"
+#include "foundation/money/OTNumberText.h"
 #include "importsync/json/JsonText.h"
 #include "objectstore/ManagedObject.h"
 
@@ -61,8 +61,8 @@ QString CliListFormatter::localText(const CliColumn &column, const QVariant &val
         const Decimal number = Decimal::fromVariant(value);
         if (number.isNaN())
             return {};
-        return column.kind == K::Money ? OTFormatting::currencyFormatter(number, currencyCode)
-                                       : OTFormatting::decimalFormatter(number);
+        return column.kind == K::Money ? OTNumberText::currencyFormatter(number, currencyCode)
+                                       : OTNumberText::decimalFormatter(number);
     }
     case K::Date:
         return QLocale().toString(value.toDateTime().toLocalTime(), QLocale::ShortFormat);

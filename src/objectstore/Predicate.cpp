@@ -75,3 +75,11 @@ QStringList Predicate::keysRequiredNull() const {
 QString Predicate::predicateFormat() const {
     return m_root->format();
 }
+
+QString Predicate::formattedPredicateString(const QString &text) {
+    QString escaped = text;
+    escaped.replace(u'\\', QStringLiteral("\\\\"));
+    escaped.replace(u'"', QStringLiteral("\\\""));
+    escaped.replace(u'\'', QStringLiteral("\\'"));
+    return escaped;
+}

@@ -32,6 +32,10 @@ public:
     static Predicate orPredicate(const QList<Predicate> &predicates);
     static Predicate notPredicate(const Predicate &predicate);
 
+    // Escapes the backslash, then the double quote, then the single quote, for use inside a
+    // quoted predicate string.
+    static QString formattedPredicateString(const QString &text);
+
     // A copy with the $variables that the map names replaced by its values. Variables the
     // map lacks stay and read as NULL.
     Predicate withSubstitutionVariables(const QVariantMap &variables) const;

@@ -194,6 +194,19 @@ TEST(Predicate, TextModifiersFoldCaseAndDiacritics) {
         EXPECT_FALSE(test("SELF MATCHES %@", QString(bad), pattern)) << bad;
 }
 
+TEST(Predicate, EscapedTextReadsBackInsideEitherQuote) {
+    EXPECT_EQ(Predicate::formattedPredicateString(R"(a\b"c'd)"), R"(a\\b\"c\'d)");
+    for (const QString &text : {QStringLiteral(R"(a\b"c'd)"), QStringLiteral(R"(\")"),
+                                QStringLiteral("O'Brien \\ Sons")}) {
+        const QString escaped = Predicate::formattedPredicateString(text);
+        for (const QString &quote : {QStringLiteral("\""), QStringLiteral("'")}) {
+            Result<Predicate> predicate = Predicate::parse("SELF == " + quote + escaped + quote);
+            ASSERT_TRUE(predicate) << text.toStdString();
+            EXPECT_TRUE(predicate->evaluateValue(text)) << text.toStdString();
+        }
+    }
+}
+
 TEST(Predicate, ValuesCompareByKindNeverAcrossKinds) {
     KeyValueTestObject a, b, twin;
     a.set("int", 2)

@@ -2,7 +2,7 @@
 
 #include "foundation/dates/OTClock.h"
 #include "foundation/money/OTConvert.h"
-#include "foundation/money/OTFunctions.h"
+#include "foundation/money/OTNumberText.h"
 #include "foundation/money/TADecimalNumberBehavior.h"
 #include "objectstore/ManagedObjectContext.h"
 #include "store/TADatabase.h"
@@ -38,14 +38,15 @@ void TAAddPaymentModel::showForView(TAInvoice *invoice) {
     m_conversionShown = false;
     m_conversionEditable = false;
     m_focus = Field::Amount;
-    m_amountText = OTFunctions::currencyFormatter(sumDue());
+    m_amountText = OTNumberText::currencyFormatter(sumDue());
     updateValuesFromSelectedCurrency();
 }
 
 void TAAddPaymentModel::updateValuesFromSelectedCurrency() {
     TACurrency *target = invoiceCurrency();
     TACurrencyRate *rate = m_database->getCurrencyRateFromCurrency(m_selected, target);
-    m_convertText = rate ? OTFunctions::decimalFormatter(rate->oneFromInTo()) : QStringLiteral("1");
+    m_convertText =
+        rate ? OTNumberText::decimalFormatter(rate->oneFromInTo()) : QStringLiteral("1");
     m_convertFromLabel = QStringLiteral("1 %1 =").arg(m_selected ? m_selected->code() : QString());
     m_convertToLabel = target ? target->code() : QString();
 }
@@ -56,8 +57,8 @@ QString TAAddPaymentModel::offeredAmount(const Decimal &rate, const QString &rou
     const Decimal inverse = DecimalMath::divide(Decimal(1), rate, behavior);
     const Decimal amount = DecimalMath::multiply(sumDue(), inverse, behavior);
     const QString selectedCode = m_selected ? m_selected->code() : QString();
-    return OTFunctions::decimalFormatter(
-        OTFunctions::decimalNumberCeiledByCurrency(amount, selectedCode));
+    return OTNumberText::decimalFormatter(
+        OTNumberText::decimalNumberCeiledByCurrency(amount, selectedCode));
 }
 
 void TAAddPaymentModel::currencyChanged(TACurrency *selected) {
@@ -67,7 +68,7 @@ void TAAddPaymentModel::currencyChanged(TACurrency *selected) {
         TACurrencyRate *rate = m_database->getCurrencyRateFromCurrency(m_selected, target);
         m_amountText = rate
                            ? offeredAmount(rate->oneFromInTo(), target ? target->code() : QString())
-                           : OTFunctions::currencyFormatter(sumDue());
+                           : OTNumberText::currencyFormatter(sumDue());
     }
     const bool differs = m_selected != target;
     if (differs && !m_conversionShown) {
@@ -91,7 +92,7 @@ void TAAddPaymentModel::convertChanged(const QString &rateText) {
     m_convertText = rateText;
     if (m_amountEdited)
         return;
-    const Decimal rate = OTFunctions::decimalFromString(rateText);
+    const Decimal rate = OTNumberText::decimalFromString(rateText);
     if (rate.isNaN() || rate <= Decimal(0))
         return;
     m_amountText = offeredAmount(rate, m_selected ? m_selected->code() : QString());

@@ -1,7 +1,7 @@
 #include "invoicelayout/render/LMItemValues.h"
 
 #include "foundation/dates/OTDate.h"
-#include "foundation/money/OTFormatting.h"
+#include "foundation/money/OTNumberText.h"
 #include "store/entities/LMInvoiceElementClass.h"
 #include "store/entities/TACurrency.h"
 #include "store/entities/TAMaterial.h"
@@ -12,14 +12,14 @@ constexpr int taxColumn = 3;
 
 // An unset value prints as an empty cell.
 QString percent(const Decimal &fraction) {
-    return fraction.isNaN() ? QString() : OTFormatting::percentFormatter(fraction);
+    return fraction.isNaN() ? QString() : OTNumberText::percentFormatter(fraction);
 }
 
 QString money(TAItem *item, const Decimal &amount) {
     if (amount.isNaN())
         return {};
     const TACurrency *currency = item->currency();
-    return OTFormatting::currencyFormatter(amount, currency ? currency->code() : QString());
+    return OTNumberText::currencyFormatter(amount, currency ? currency->code() : QString());
 }
 } // namespace
 
@@ -49,7 +49,7 @@ QString LMItemValues::valueInFullNumbering(TAItem *item, int column) {
         if (const auto *material = dynamic_cast<const TAMaterial *>(item))
             return material->quantity().isNaN()
                        ? QString()
-                       : OTFormatting::decimalFormatter(material->quantity());
+                       : OTNumberText::decimalFormatter(material->quantity());
         if (const auto *timer = dynamic_cast<const TATimer *>(item))
             return OTDate::secondsToHMString(timer->secondsIntegerValue());
         return OTDate::secondsToHMString(0);

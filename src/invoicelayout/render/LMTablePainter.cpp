@@ -1,6 +1,6 @@
 #include "invoicelayout/render/LMTablePainter.h"
 
-#include "foundation/money/OTFormatting.h"
+#include "foundation/money/OTNumberText.h"
 #include "invoicelayout/render/LMItemValues.h"
 #include "invoicelayout/render/LMTableRules.h"
 #include "invoicelayout/render/LMTextPainter.h"
@@ -117,14 +117,14 @@ QList<QStringList> LMTablePainter::totalsCells(const LMTableModel &table, TAInvo
                     texts.append(
                         c == 0
                             ? (name.isEmpty() ? QObject::tr("Tax") : name)
-                            : OTFormatting::currencyFormatter(
+                            : OTNumberText::currencyFormatter(
                                   Decimal::fromVariant(tax.value(QStringLiteral("amount"))), code));
                 } else if (c == 0) {
                     texts.append(row.name);
                 } else {
                     const Decimal value = invoiceValue(invoice, row.colID);
                     texts.append(value.isNaN() ? QString()
-                                               : OTFormatting::currencyFormatter(value, code));
+                                               : OTNumberText::currencyFormatter(value, code));
                 }
             }
             if (isTax)

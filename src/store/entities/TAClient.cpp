@@ -1,6 +1,6 @@
 #include "store/entities/TAClient.h"
 
-#include "foundation/money/OTFunctions.h"
+#include "foundation/money/OTNumberText.h"
 #include "foundation/money/TADecimalNumberBehavior.h"
 #include "objectstore/ManagedObjectContext.h"
 #include "objectstore/Predicate.h"
@@ -300,7 +300,7 @@ Decimal TAClient::uninvoiced() const {
 
 Decimal TAClient::balance() const {
     const QString code = currencyCodeForSums();
-    return OTFunctions::decimalNumber(sumOfInvoices(allInvoices(), code, invoiceBalance), code);
+    return OTNumberText::decimalNumber(sumOfInvoices(allInvoices(), code, invoiceBalance), code);
 }
 
 Decimal TAClient::paid() const {

@@ -1,5 +1,4 @@
-#include "foundation/money/OTFormatting.h"
-#include "foundation/money/OTFunctions.h"
+#include "foundation/money/OTNumberText.h"
 
 #include <gtest/gtest.h>
 
@@ -40,38 +39,37 @@ TEST(MoneyText, CurrencyTextPerLocale) {
         {"en_US", "USD", "12345678901234567890123.45", u"$12,345,678,901,234,567,890,123.45"},
     };
     for (const auto &c : cases)
-        EXPECT_EQ(OTFormatting::currencyFormatter(D(c.value), c.code, QLocale(c.locale)),
+        EXPECT_EQ(OTNumberText::currencyFormatter(D(c.value), c.code, QLocale(c.locale)),
                   T(c.expected))
             << c.locale << " " << c.code << " " << c.value;
-    EXPECT_EQ(OTFunctions::currencyFormatter(D("1234.5"), "USD", QLocale("en_US")), "$1,234.50");
+    EXPECT_EQ(OTNumberText::currencyFormatter(D("1234.5"), "USD", QLocale("en_US")), "$1,234.50");
 }
 
 TEST(MoneyText, CurrencyTextWithoutSymbol) {
-    EXPECT_EQ(OTFunctions::currencyFormatter(D("1234.5"), QLocale("en_US")), "1,234.50");
-    EXPECT_EQ(OTFunctions::currencyFormatter(D("1234.5"), QLocale("de_DE")), "1.234,50");
-    EXPECT_EQ(OTFunctions::currencyFormatter(D("1234.5"), QLocale("ja_JP")), "1,234");
+    EXPECT_EQ(OTNumberText::currencyFormatter(D("1234.5"), QLocale("en_US")), "1,234.50");
+    EXPECT_EQ(OTNumberText::currencyFormatter(D("1234.5"), QLocale("de_DE")), "1.234,50");
+    EXPECT_EQ(OTNumberText::currencyFormatter(D("1234.5"), QLocale("ja_JP")), "1,234");
     // Kuwait's dinar keeps three digits, in the locale's own digits.
-    EXPECT_TRUE(OTFunctions::currencyFormatter(D("1.2345"), QLocale("ar_KW"))
+    EXPECT_TRUE(OTNumberText::currencyFormatter(D("1.2345"), QLocale("ar_KW"))
                     .contains(T(u"\u0661\u066B\u0662\u0663\u0664")));
 }
 
 TEST(MoneyText, DecimalAndPercentText) {
     const QLocale en("en_US");
     const QLocale de("de_DE");
-    EXPECT_EQ(OTFormatting::decimalFormatter(D("1234567.12345"), en), "1,234,567.123");
-    EXPECT_EQ(OTFormatting::decimalFormatter(D("1234.5"), de), "1.234,5");
-    EXPECT_EQ(OTFormatting::decimalFormatter(D("0.0005"), en), "0");
-    EXPECT_EQ(OTFormatting::decimalFormatter(D("1234.5"), 2, de), "1234,50");
-    EXPECT_EQ(OTFormatting::decimalFormatter(D("0.5"), 0, en), "0");
-    EXPECT_EQ(OTFormatting::decimalFormatter(D(".25"), 3, en), "0.250");
-    EXPECT_EQ(OTFormatting::decimalFormatter(D("1234.5"), QStringLiteral("KWD"), en), "1234.500");
-    EXPECT_EQ(OTFormatting::decimalFormatter(D("1234.5"), QStringLiteral("JPY"), en), "1234");
-    EXPECT_EQ(OTFunctions::decimalFormatter(D("1234.5"), QStringLiteral("JPY"), en), "1234");
+    EXPECT_EQ(OTNumberText::decimalFormatter(D("1234567.12345"), en), "1,234,567.123");
+    EXPECT_EQ(OTNumberText::decimalFormatter(D("1234.5"), de), "1.234,5");
+    EXPECT_EQ(OTNumberText::decimalFormatter(D("0.0005"), en), "0");
+    EXPECT_EQ(OTNumberText::decimalFormatter(D("1234.5"), 2, de), "1234,50");
+    EXPECT_EQ(OTNumberText::decimalFormatter(D("0.5"), 0, en), "0");
+    EXPECT_EQ(OTNumberText::decimalFormatter(D(".25"), 3, en), "0.250");
+    EXPECT_EQ(OTNumberText::decimalFormatter(D("1234.5"), QStringLiteral("KWD"), en), "1234.500");
+    EXPECT_EQ(OTNumberText::decimalFormatter(D("1234.5"), QStringLiteral("JPY"), en), "1234");
 
-    EXPECT_EQ(OTFormatting::percentFormatter(D("0.175"), en), "17.5%");
-    EXPECT_EQ(OTFormatting::percentFormatter(D("0.175"), de), T(u"17,5\u00A0%"));
-    EXPECT_EQ(OTFormatting::percentFormatter(D("0.00125"), en), "0.12%"); // exact tie, to even
-    EXPECT_EQ(OTFormatting::percentFormatter(D("1"), QLocale("fr_FR")), T(u"100\u00A0%"));
+    EXPECT_EQ(OTNumberText::percentFormatter(D("0.175"), en), "17.5%");
+    EXPECT_EQ(OTNumberText::percentFormatter(D("0.175"), de), T(u"17,5\u00A0%"));
+    EXPECT_EQ(OTNumberText::percentFormatter(D("0.00125"), en), "0.12%"); // exact tie, to even
+    EXPECT_EQ(OTNumberText::percentFormatter(D("1"), QLocale("fr_FR")), T(u"100\u00A0%"));
 }
 
 TEST(MoneyText, ParsingGivesBackWhatWasFormatted) {
@@ -86,38 +84,38 @@ TEST(MoneyText, ParsingGivesBackWhatWasFormatted) {
         const int digits = MoneyLocale::fractionDigits(setup.code, locale);
         for (const char *value : values) {
             const Decimal number = D(value);
-            const QString text = OTFormatting::currencyFormatter(number, setup.code, locale);
-            EXPECT_EQ(OTFormatting::numberFromCurrency(text, setup.code, locale),
+            const QString text = OTNumberText::currencyFormatter(number, setup.code, locale);
+            EXPECT_EQ(OTNumberText::numberFromCurrency(text, setup.code, locale),
                       number.rounded(digits, Decimal::RoundingMode::Bankers))
                 << setup.locale << " " << text.toStdString();
-            const QString plain = OTFormatting::decimalFormatter(number, locale);
-            EXPECT_EQ(OTFormatting::decimalFromString(plain, locale), number)
+            const QString plain = OTNumberText::decimalFormatter(number, locale);
+            EXPECT_EQ(OTNumberText::decimalFromString(plain, locale), number)
                 << plain.toStdString();
         }
     }
-    EXPECT_EQ(OTFunctions::numberFromDefaultCurrency(T(u"1.234,56\u00A0\u20AC"), QLocale("de_DE")),
+    EXPECT_EQ(OTNumberText::numberFromDefaultCurrency(T(u"1.234,56\u00A0\u20AC"), QLocale("de_DE")),
               D("1234.56"));
-    EXPECT_EQ(OTFormatting::decimalFromString("1.234,5", QLocale("de_DE")), D("1234.5"));
-    EXPECT_TRUE(OTFormatting::decimalFromString("12abc", QLocale("en_US")).isNaN());
-    EXPECT_TRUE(OTFormatting::decimalFromString("", QLocale("en_US")).isNaN());
-    EXPECT_TRUE(OTFormatting::numberFromCurrency("dollars", "USD", QLocale("en_US")).isNaN());
+    EXPECT_EQ(OTNumberText::decimalFromString("1.234,5", QLocale("de_DE")), D("1234.5"));
+    EXPECT_TRUE(OTNumberText::decimalFromString("12abc", QLocale("en_US")).isNaN());
+    EXPECT_TRUE(OTNumberText::decimalFromString("", QLocale("en_US")).isNaN());
+    EXPECT_TRUE(OTNumberText::numberFromCurrency("dollars", "USD", QLocale("en_US")).isNaN());
 }
 
 TEST(MoneyText, RoundedAndCeiledByCurrency) {
     const QLocale en("en_US");
-    EXPECT_EQ(OTFunctions::decimalNumber(D("1.005"), "USD", en), D("1"));
-    EXPECT_EQ(OTFunctions::decimalNumber(D("1.015"), "USD", en), D("1.02"));
-    EXPECT_EQ(OTFunctions::decimalNumber(D("-2.5"), "JPY", en), D("-2"));
-    EXPECT_EQ(OTFunctions::decimalNumber(D("0.0125"), "KWD", en), D("0.012"));
+    EXPECT_EQ(OTNumberText::decimalNumber(D("1.005"), "USD", en), D("1"));
+    EXPECT_EQ(OTNumberText::decimalNumber(D("1.015"), "USD", en), D("1.02"));
+    EXPECT_EQ(OTNumberText::decimalNumber(D("-2.5"), "JPY", en), D("-2"));
+    EXPECT_EQ(OTNumberText::decimalNumber(D("0.0125"), "KWD", en), D("0.012"));
 
-    EXPECT_EQ(OTFunctions::decimalNumberCeiledByCurrency(D("2.341"), "USD", en), D("2.35"));
-    EXPECT_EQ(OTFunctions::decimalNumberCeiledByCurrency(D("2.3401"), "USD", en), D("2.3401"));
-    EXPECT_EQ(OTFunctions::decimalNumberCeiledByCurrency(D("2.34"), "USD", en), D("2.34"));
-    EXPECT_EQ(OTFunctions::decimalNumberCeiledByCurrency(D("2.5"), "JPY", en), D("3"));
-    EXPECT_EQ(OTFunctions::decimalNumberCeiledByCurrency(D("7"), "JPY", en), D("7"));
-    EXPECT_EQ(OTFunctions::decimalNumberCeiledByCurrency(D("1234.001"), "USD", QLocale("de_DE")),
+    EXPECT_EQ(OTNumberText::decimalNumberCeiledByCurrency(D("2.341"), "USD", en), D("2.35"));
+    EXPECT_EQ(OTNumberText::decimalNumberCeiledByCurrency(D("2.3401"), "USD", en), D("2.3401"));
+    EXPECT_EQ(OTNumberText::decimalNumberCeiledByCurrency(D("2.34"), "USD", en), D("2.34"));
+    EXPECT_EQ(OTNumberText::decimalNumberCeiledByCurrency(D("2.5"), "JPY", en), D("3"));
+    EXPECT_EQ(OTNumberText::decimalNumberCeiledByCurrency(D("7"), "JPY", en), D("7"));
+    EXPECT_EQ(OTNumberText::decimalNumberCeiledByCurrency(D("1234.001"), "USD", QLocale("de_DE")),
               D("1234.01"));
-    EXPECT_EQ(OTFunctions::decimalNumberCeiledByCurrency(D("1.2341"), "KWD", en), D("1.2341"));
+    EXPECT_EQ(OTNumberText::decimalNumberCeiledByCurrency(D("1.2341"), "KWD", en), D("1.2341"));
 }
 
 TEST(MoneyText, FormattersAreSharedSafelyAcrossThreads) {
@@ -129,10 +127,10 @@ TEST(MoneyText, FormattersAreSharedSafelyAcrossThreads) {
             for (int i = 0; i < 500; ++i) {
                 const int k = (i + t) % 3;
                 const QString text =
-                    k == 0 ? OTFormatting::currencyFormatter(D("1234.5"), "USD", QLocale("en_US"))
+                    k == 0 ? OTNumberText::currencyFormatter(D("1234.5"), "USD", QLocale("en_US"))
                     : k == 1
-                        ? OTFormatting::currencyFormatter(D("1234.5"), "EUR", QLocale("de_DE"))
-                        : OTFormatting::currencyFormatter(D("1234.6"), "JPY", QLocale("ja_JP"));
+                        ? OTNumberText::currencyFormatter(D("1234.5"), "EUR", QLocale("de_DE"))
+                        : OTNumberText::currencyFormatter(D("1234.6"), "JPY", QLocale("ja_JP"));
                 if (text != expected[k])
                     ++mismatches;
             }

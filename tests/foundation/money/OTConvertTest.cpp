@@ -1,5 +1,5 @@
 #include "foundation/money/OTConvert.h"
-#include "foundation/money/OTFunctions.h"
+#include "foundation/OTFunctions.h"
 
 #include <gtest/gtest.h>
 
@@ -131,6 +131,4 @@ TEST(OTFunctions, EmptinessNamesAndFiles) {
     EXPECT_FALSE(QFile::exists(path));
     EXPECT_FALSE(QFile::exists(folder));
     OTFunctions::deleteFilesAtURLs({});
-
-    EXPECT_EQ(OTFunctions::formattedPredicateString(R"(a\b"c'd)"), R"(a\\b\"c\'d)");
 }

@@ -1,6 +1,6 @@
 #include "TableLayoutFixture.h"
 
-#include "foundation/money/OTFormatting.h"
+#include "foundation/money/OTNumberText.h"
 #include "invoicelayout/render/LMInvoiceOutput.h"
 
 namespace {
@@ -60,7 +60,7 @@ TEST_F(DrawnContentTest, AThreePageTableRunsThroughRepeatsOfItsPageWithTotalsAtT
     // gives no-break spaces back as plain ones.
     const QString vatLine = pages[3].split(u'\n').filter(QStringLiteral("VAT")).value(0);
     QString vat =
-        OTFormatting::currencyFormatter(Decimal::fromParts(100, -2), QStringLiteral("USD"));
+        OTNumberText::currencyFormatter(Decimal::fromParts(100, -2), QStringLiteral("USD"));
     vat.replace(QChar(0x00A0), u' ').replace(QChar(0x202F), u' ');
     EXPECT_TRUE(vatLine.contains(vat)) << vatLine.toStdString() << " / " << vat.toStdString();
 }
