@@ -1,7 +1,6 @@
 #include "Decimal.h"
 
 #include <QHashFunctions>
-#include <QLocale>
 
 #include <boost/multiprecision/cpp_int.hpp>
 
@@ -342,7 +341,6 @@ public:
         return qHashMulti(seed, d.m_nan, static_cast<quint64>(bits),
                           static_cast<quint64>(bits >> 64), d.m_exponent);
     }
-    static std::string digits(const Decimal &d);
 
 private:
     static Decimal guardAndSticky(const Decimal &d, int guard);
@@ -585,18 +583,6 @@ Decimal DecimalAccess::parse(QStringView text, QChar separator) {
     return finish(neg, wide, exponent - 2, Mode::Plain, kMinExponent).value;
 }
 
-std::string DecimalAccess::digits(const Decimal &d) {
-    UInt128 mag = magnitude(d);
-    char buffer[48];
-    char *end = buffer + sizeof buffer;
-    char *p = end;
-    do {
-        *--p = static_cast<char>('0' + static_cast<int>(mag % 10));
-        mag /= 10;
-    } while (mag != 0);
-    return std::string(p, end);
-}
-
 namespace {
 
 Decimal withBehavior(const Outcome &outcome, const Decimal &a, const Decimal &b,
@@ -651,12 +637,6 @@ Decimal Decimal::fromParts(long long mantissa, int exponent) {
     return DecimalAccess::finish(neg, mag, exponent, Mode::Plain, kMinExponent).value;
 }
 
-Decimal Decimal::fromDouble(double value) {
-    if (!std::isfinite(value))
-        return notANumber();
-    return fromString(QString::number(value, 'g', QLocale::FloatingPointShortest));
-}
-
 bool Decimal::isNaN() const {
     return m_nan;
 }
@@ -671,35 +651,6 @@ int Decimal::sign() const {
     if (m_nan || coefficient() == 0)
         return 0;
     return coefficient() < 0 ? -1 : 1;
-}
-
-QString Decimal::toString() const {
-    if (m_nan)
-        return QStringLiteral("NaN");
-    std::string digits = DecimalAccess::digits(*this);
-    std::string text;
-    if (m_exponent >= 0) {
-        text = digits;
-        if (coefficient() != 0)
-            text.append(static_cast<size_t>(m_exponent), '0');
-    } else {
-        const long point = static_cast<long>(digits.size()) + m_exponent;
-        if (point > 0)
-            text = digits.substr(0, point) + '.' + digits.substr(point);
-        else
-            text = "0." + std::string(static_cast<size_t>(-point), '0') + digits;
-    }
-    if (coefficient() < 0)
-        text.insert(text.begin(), '-');
-    return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-double Decimal::toDouble() const {
-    if (m_nan)
-        return std::numeric_limits<double>::quiet_NaN();
-    std::string text = DecimalAccess::digits(*this) + 'e' + std::to_string(m_exponent);
-    const double magnitude = std::strtod(text.c_str(), nullptr);
-    return coefficient() < 0 ? -magnitude : magnitude;
 }
 
 long long Decimal::toLongLong() const {
@@ -776,36 +727,6 @@ std::strong_ordering Decimal::operator<=>(const Decimal &other) const {
 bool Decimal::operator==(const Decimal &other) const {
     return m_nan == other.m_nan && coefficient() == other.coefficient() &&
            m_exponent == other.m_exponent;
-}
-
-Decimal Decimal::fromVariant(const QVariant &value) {
-    // The type read inline: QVariant::metaType() is a library call, and amounts are many.
-    const QMetaType type = value.data_ptr().type();
-    if (type == QMetaType::fromType<Decimal>())
-        return value.value<Decimal>();
-    switch (type.id()) {
-    case QMetaType::Bool:
-    case QMetaType::Char:
-    case QMetaType::SChar:
-    case QMetaType::UChar:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::Long:
-    case QMetaType::LongLong:
-        return Decimal(value.toLongLong());
-    case QMetaType::ULong:
-    case QMetaType::ULongLong:
-        return fromString(QString::number(value.toULongLong()));
-    case QMetaType::Float:
-    case QMetaType::Double:
-        return fromDouble(value.toDouble());
-    case QMetaType::QString:
-        return fromString(value.toString());
-    default:
-        return notANumber();
-    }
 }
 
 namespace DecimalMath {
