@@ -38,7 +38,7 @@ Decimal dec(int cents) {
 
 void fillInvoice(TADatabase &db, TAInvoice *invoice, int items, int seed) {
     for (int i = 0; i < items; ++i) {
-        TAMaterial *item = db.createMaterial();
+        TAMaterial *item = TAContextDatabase::createMaterialInContext(db.context());
         item->setName(QStringLiteral("Design work, part %1").arg(i + 1));
         item->setSku(QStringLiteral("DW-%1").arg(i + 1, 3, 10, QLatin1Char('0')));
         item->setQuantity(dec(100 * (1 + (i + seed) % 5)));
@@ -61,20 +61,21 @@ void generate() {
     db.setDocument(&hooks);
     db.setContext(&context);
     LMBuiltInTemplates::seedBuiltInTemplates(&context);
-    TACurrency *usd = db.createCurrency();
+    TACurrency *usd = TAContextDatabase::createCurrencyInContext(db.context());
     usd->setCode(QStringLiteral("USD"));
     usd->setIsDefault(true);
-    TAPreferences *prefs = db.getPreferences();
+    TAPreferences *prefs = TAContextDatabase::getPreferencesInContext(db.context());
     prefs->setTaxesEnabled(true);
     prefs->setInfoCompany(QStringLiteral("Northwind Atelier"));
     prefs->setInfoEmail(QStringLiteral("ada@northwind.example"));
-    TAClient *client = db.createClient();
+    TAClient *client = TAContextDatabase::createClientInContext(db.context());
     client->setFullNameValue(QStringLiteral("Jonas Harbor"));
     client->setCompanyValue(QStringLiteral("Harbor & Finch Ltd"));
     client->setAddressValue(QStringLiteral("1 Quay Street\nPortland, OR 97209"));
-    const QList<LMInvoiceTemplateClass *> templates = db.getTemplates();
+    const QList<LMInvoiceTemplateClass *> templates =
+        TAContextDatabase::getTemplatesInContext(db.context());
     for (int n = 0; n <= kInvoices; ++n) {
-        TAInvoice *invoice = db.createInvoice();
+        TAInvoice *invoice = TAContextDatabase::createInvoiceInContext(db.context());
         invoice->setClient(client);
         invoice->setIdentification(n == kInvoices ? kLongNumber : QString::number(1000 + n));
         invoice->setDate(QDateTime(QDate(2026, 1, 1).addDays(n % 300), QTime(10, 0)));
@@ -104,7 +105,7 @@ struct OpenDocument {
         db.setContext(context.get());
     }
     TAInvoice *invoice(const QString &number) {
-        for (TAInvoice *invoice : db.getInvoices())
+        for (TAInvoice *invoice : TAContextDatabase::getInvoicesInContext(db.context()))
             if (invoice->identification() == number)
                 return invoice;
         return nullptr;
@@ -154,7 +155,8 @@ void BM_BatchExport(benchmark::State &state) {
         for (int t = 0; t < threads; ++t) {
             workers.emplace_back([&, t] {
                 OpenDocument document;
-                const QList<TAInvoice *> invoices = document.db.getInvoices();
+                const QList<TAInvoice *> invoices =
+                    TAContextDatabase::getInvoicesInContext(document.db.context());
                 for (qsizetype i = t; i < invoices.size(); i += threads) {
                     const QString path = dir.filePath(QStringLiteral("%1.pdf").arg(i));
                     if (LMInvoiceOutput::writePdf(invoices[i], path).ok)

@@ -44,12 +44,14 @@ int CliInfoCommand::run(const QStringList &arguments, QTextStream &out, QTextStr
         }
         counts.append({entity->name(), objects->size()});
     }
-    const auto defaults = document.database().fetchEntity(QStringLiteral("Currency"),
-                                                          QStringLiteral("defaultCurrency"));
+    const auto defaults = TAContextDatabase::fetchEntity(QStringLiteral("Currency"),
+                                                         QStringLiteral("defaultCurrency"),
+                                                         document.database().context());
     const auto *currency =
         defaults.isEmpty() ? nullptr : dynamic_cast<TACurrency *>(defaults.first());
-    const auto preferences = document.database().fetchEntity(QStringLiteral("Preferences"),
-                                                             QStringLiteral("allPreferences"));
+    const auto preferences = TAContextDatabase::fetchEntity(QStringLiteral("Preferences"),
+                                                            QStringLiteral("allPreferences"),
+                                                            document.database().context());
     const auto *prefs =
         preferences.isEmpty() ? nullptr : dynamic_cast<TAPreferences *>(preferences.first());
 

@@ -96,8 +96,9 @@ int CliListCommand::run(const QStringList &arguments, QTextStream &out, QTextStr
         objects = where->filtered(objects);
     SortDescriptor::sort(objects, sort);
 
-    const auto defaults = document.database().fetchEntity(QStringLiteral("Currency"),
-                                                          QStringLiteral("defaultCurrency"));
+    const auto defaults = TAContextDatabase::fetchEntity(QStringLiteral("Currency"),
+                                                         QStringLiteral("defaultCurrency"),
+                                                         document.database().context());
     const auto *currency =
         defaults.isEmpty() ? nullptr : dynamic_cast<TACurrency *>(defaults.first());
     const QString defaultCode = currency ? currency->code() : QString();

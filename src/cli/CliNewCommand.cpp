@@ -35,9 +35,9 @@ int CliNewCommand::run(const QStringList &arguments, QTextStream &out, QTextStre
             !copied)
             return fail(err, path, copied.error().message, CliExit::FileUnusable);
     } else {
-        db.getPreferences();
+        TAContextDatabase::getPreferencesInContext(db.context());
         db.getDefaultCurrency();
-        db.getTemplates();
+        TAContextDatabase::getTemplatesInContext(db.context());
     }
     if (auto saved = (*document)->saveAs(path); !saved)
         return fail(err, path, saved.error().message, CliExit::FileUnusable);

@@ -22,7 +22,8 @@ QString CliPdfCommand::usage() const {
 }
 
 TAInvoice *CliPdfCommand::findInvoice(CliDocument &document, const QString &number) {
-    for (TAInvoice *invoice : document.database().getInvoices())
+    for (TAInvoice *invoice :
+         TAContextDatabase::getInvoicesInContext(document.database().context()))
         if (invoice->identification() == number)
             return invoice;
     return nullptr;
@@ -33,7 +34,8 @@ bool CliPdfCommand::chooseTemplate(CliDocument &document, TAInvoice *invoice, co
         LMInvoiceOutput::assignFirstTemplateIfNone(invoice);
         return true;
     }
-    for (LMInvoiceTemplateClass *invoiceTemplate : document.database().getTemplates()) {
+    for (LMInvoiceTemplateClass *invoiceTemplate :
+         TAContextDatabase::getTemplatesInContext(document.database().context())) {
         if (invoiceTemplate->name() == name) {
             invoice->setInvoiceTemplate(invoiceTemplate);
             return true;
@@ -95,7 +97,8 @@ int CliPdfCommand::writeAll(CliDocument &document, const QString &folder,
     const QDir dir(folder);
     int position = 0;
     QSet<QString> used;
-    for (TAInvoice *invoice : document.database().getInvoices()) {
+    for (TAInvoice *invoice :
+         TAContextDatabase::getInvoicesInContext(document.database().context())) {
         ++position;
         if (!chooseTemplate(document, invoice, templateName))
             return usageError(err, QStringLiteral("no template named '%1'").arg(templateName));

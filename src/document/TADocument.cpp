@@ -181,7 +181,7 @@ void TADocument::windowControllerDidLoadNib() {
     TADocumentWindow &shell = m_window ? *m_window : noWindow();
     // 1-2: the cache queue exists from construction; the database has the context.
     m_database.setContext(m_context.get());
-    m_database.deleteUnassignedTimers();
+    TAContextDatabase::deleteUnassignedTimersInContext(m_database.context());
     resetPreferences();
     // 3-5
     shell.makeSectionControllers(*this);
@@ -218,7 +218,7 @@ void TADocument::windowControllerDidLoadNib() {
     // the document changed, whatever was opened.
     m_database.disableUndoRegistration();
     m_database.getDefaultCurrency();
-    m_database.getTemplates();
+    TAContextDatabase::getTemplatesInContext(m_database.context());
     m_database.enableUndoRegistration();
 }
 
@@ -445,7 +445,7 @@ void TADocument::willPresentError(const Error &error) const {
 
 TAPreferences *TADocument::preferences() {
     if (!m_preferences)
-        m_preferences = m_database.getPreferences();
+        m_preferences = TAContextDatabase::getPreferencesInContext(m_database.context());
     return m_preferences;
 }
 

@@ -89,29 +89,29 @@ QVariantMap TACopyDictionary::copyDictionaryForObject(TAObject *object) {
 TAObject *TACopyDictionary::createObjectOfEntity(const QString &entity) {
     TADatabase &db = m_database;
     if (entity == E::Project)
-        return db.createProject();
+        return TAContextDatabase::createProjectInContext(db.context());
     if (entity == E::Invoice)
-        return db.createInvoice();
+        return TAContextDatabase::createInvoiceInContext(db.context());
     if (entity == E::RecurringInvoice)
-        return db.createRecurringInvoice();
+        return TAContextDatabase::createRecurringInvoiceInContext(db.context());
     if (entity == E::Client)
-        return db.createClient();
+        return TAContextDatabase::createClientInContext(db.context());
     if (entity == E::Payment)
-        return db.createPayment();
+        return TAContextDatabase::createPaymentInContext(db.context());
     if (entity == E::Timer)
-        return db.createTimer();
+        return TAContextDatabase::createTimerInContext(db.context());
     if (entity == E::Material)
-        return db.createMaterial();
+        return TAContextDatabase::createMaterialInContext(db.context());
     if (entity == E::Inventory)
-        return db.createInventory();
+        return TAContextDatabase::createInventoryInContext(db.context());
     if (entity == E::Account)
-        return db.createAccount();
+        return TAContextDatabase::createAccountInContext(db.context());
     if (entity == E::Currency)
-        return db.createCurrency();
+        return TAContextDatabase::createCurrencyInContext(db.context());
     if (entity == E::Tax)
-        return db.createTax();
+        return TAContextDatabase::createTaxInContext(db.context());
     if (entity == E::TimerInterval)
-        return db.createTimerInterval();
+        return TAContextDatabase::createTimerIntervalInContext(db.context());
     return nullptr;
 }
 
@@ -174,7 +174,7 @@ TAInventory *TACopyDictionary::createInvetoryFromItemCopyDictionary(const QVaria
     const QString entity = dictionary.value(kEntity).toString();
     if (entity != E::Timer && entity != E::Material)
         return nullptr;
-    TAInventory *inventory = m_database.createInventory();
+    TAInventory *inventory = TAContextDatabase::createInventoryInContext(m_database.context());
     if (!inventory)
         return nullptr;
     inventory->setName(textOrEmpty(dictionary.value(K::name)));
@@ -193,9 +193,9 @@ TAItem *TACopyDictionary::createItemFromInventoryCopyDictionary(const QVariantMa
         return nullptr;
     TAItem *item = nullptr;
     if (dictionary.value(K::isMaterial).toBool())
-        item = m_database.createMaterial();
+        item = TAContextDatabase::createMaterialInContext(m_database.context());
     else
-        item = m_database.createTimer();
+        item = TAContextDatabase::createTimerInContext(m_database.context());
     if (!item)
         return nullptr;
     item->setName(textOrEmpty(dictionary.value(K::name)));

@@ -11,10 +11,11 @@ class ManagedObjectContext;
 class TADocumentHooks;
 class TAItem;
 
-// The data access layer of one document, bound to its main context: user commands create,
-// find, copy and delete objects through it. A document makes it, hands it the context once
-// its window has loaded, and keeps it for its life; with no context every fetch is empty and
-// every lookup null. Main thread only.
+// The data access layer of one document, bound to its main context: user commands find,
+// create and delete objects through TAContextDatabase with its context(), and copy them and
+// control undo through it. A document makes it, hands it the context once its window has
+// loaded, and keeps it for its life; with no context every fetch is empty and every lookup
+// null. Main thread only.
 class TADatabase {
 public:
     using ObjectList = TAContextDatabase::ObjectList;
@@ -35,84 +36,13 @@ public:
     static TADatabase *databaseForContext(const ManagedObjectContext *context);
     static TADocumentHooks *documentForContext(const ManagedObjectContext *context);
 
-    // Named fetch templates; sub-entities excluded unless asked for.
-    ObjectList fetchEntity(const QString &entity, const QString &request,
-                           const QVariantMap &dictionary = {}, bool subEntities = false) const;
-    ObjectList fetchEntity(const QString &entity, const QString &request, bool subEntities) const;
-    // Plain fetches, sub-entities included; empty arguments and zero counts are not used.
-    ObjectList fetchEntityCustom(const QString &entity,
-                                 const std::optional<Predicate> &predicate = std::nullopt,
-                                 const QList<SortDescriptor> &sort = {}, qsizetype fetchLimit = 0,
-                                 qsizetype fetchOffset = 0) const;
-    ObjectList fetchEntityCustom(const QString &entity, qsizetype fetchLimit) const;
-    ObjectList fetchEntityCustom(const QString &entity, const QList<SortDescriptor> &sort,
-                                 qsizetype fetchLimit = 0) const;
-
-    QList<TAProject *> getProjects() const;
-    QList<TAProject *> getProjectsWithClient(TAClient *client) const;
-    QList<TAProject *> getProjectsSortedByName() const;
-    QList<TAProject *> getProjectsWithStatus(int status) const;
-    QList<TAProject *> getProjectsWithStatus(int status, TAClient *client) const;
-    QList<TAProject *> getActiveProjects() const;
-    TAProject *getLastProject();
-
-    QList<TAInvoice *> getInvoices() const;
-    QList<TAInvoice *> getInvoicesInArchive(bool archive) const;
-    QList<TAInvoice *> getInvoicesInArchive(bool archive, TAObject *relation) const;
-    QList<TAInvoice *> getInvoicesInArchive(bool archive, int status) const;
-    QList<TAInvoice *> getInvoicesInArchive(bool archive, int status, TAObject *relation) const;
-    QList<TAInvoice *> getInvoicesSortedByDueDate() const;
-    QList<TAInvoice *> getInvoicesSortedByDueDateInArchive(bool archive) const;
-    QList<TAInvoice *> getInvoicesSortedByDueDateInArchive(bool archive, TAObject *relation) const;
-    QList<TAInvoice *> getInvoicesSortedByDueDateInArchive(bool archive, int status) const;
-    QList<TAInvoice *> getInvoicesSortedByDueDateInArchive(bool archive, int status,
-                                                           TAObject *relation) const;
-    QList<TARecurringInvoice *> getRecurringInvoices() const;
-    QList<TARecurringInvoice *> getRecurringInvoicesSortedByDate() const;
-
-    QList<TAClient *> getClients() const;
-    QList<TAClient *> getClientsSortedByDisplayName() const;
-    QList<TAPayment *> getPayments() const;
-    QList<TATimer *> getTimers() const;
-    QList<TAMaterial *> getMaterials() const;
-    QList<TAInventory *> getInventories() const;
-    QList<TAAccount *> getAccounts() const;
-    QList<TACurrency *> getCurrencies() const;
-    QList<TATax *> getTaxes() const;
-    QList<TATimerInterval *> getTimerIntervals() const;
-    QList<TATimer *> getAllTimersByUpdateDate() const;
-    QList<TATimer *> getAllTimersByUpdateDateWithLimit(qsizetype limit) const;
-    QList<TATimer *> getAllUninvoicedTimersByUpdateDateWithLimit(qsizetype limit) const;
-    QList<TACurrency *> getCurrenciesSortedByTitle() const;
-    QList<TACurrency *> getCurrenciesSortedByCode() const;
-    QList<TATax *> getTaxesSortedByName() const;
-    QList<LMInvoiceTemplateClass *> getTemplates();
-    TAPreferences *getPreferences();
     // Repairs a document with several defaults (all but the first lose the flag); with none
     // makes one in the currency of the current locale.
     TACurrency *getDefaultCurrency();
-    TACurrencyRate *getCurrencyRateFromCurrency(TACurrency *fromCurrency, TACurrency *toCurrency);
-    TACurrency *getCurrencyWithCode(const QString &code) const;
     // The number times the rate row's oneFromInTo (the row made on first use), rounded for the
     // target currency; with no row (same currency, or either null) the number rounded alone.
     Decimal getDecimalNumber(const Decimal &number, TACurrency *fromCurrency,
                              TACurrency *toCurrency);
-    TATax *getTaxWithName(const QString &name, const Decimal &value) const;
-
-    TAProject *createProject();
-    TAHistory *createHistory();
-    TAHistory *createHistoryWithCurrentDate();
-    TAInvoice *createInvoice();
-    TARecurringInvoice *createRecurringInvoice();
-    TAClient *createClient();
-    TAPayment *createPayment();
-    TATimer *createTimer();
-    TAMaterial *createMaterial();
-    TAInventory *createInventory();
-    TAAccount *createAccount();
-    TACurrency *createCurrency();
-    TATax *createTax();
-    TATimerInterval *createTimerInterval();
 
     // Undo control; each flushes pending changes first. The outermost named group keeps its
     // name: an inner group's name is used only when no name is set yet.
@@ -137,10 +67,6 @@ public:
     // both answer null.
     TAInvoice *createInvoiceFromRecurringCopyDictionary(const QVariantMap &dictionary);
     TARecurringInvoice *createRecurringFromInvoiceCopyDictionary(const QVariantMap &dictionary);
-
-    void deleteObject(ManagedObject *object);
-    void deleteObjects(const QList<ManagedObject *> &objects);
-    void deleteUnassignedTimers();
 
 private:
     ManagedObjectContext *ctx() const { return m_context.data(); }

@@ -144,7 +144,8 @@ TEST_F(CliJsonRoundTripTest, EveryEntityValueAndLinkSurvivesExportImportExport) 
         QStringLiteral("x-billfold://%1/Project/p3").arg((*copy)->store().uuid())));
     ASSERT_NE(project, nullptr);
     EXPECT_FALSE(project->dueDate().isValid()) << "an empty due date is not reset to now";
-    TAPreferences *preferences = (*copy)->database().getPreferences();
+    TAPreferences *preferences =
+        TAContextDatabase::getPreferencesInContext((*copy)->database().context());
     ASSERT_NE(preferences, nullptr);
     EXPECT_NE((*copy)->context().objectWithURI(preferences->lastProjectID()), nullptr);
 }

@@ -173,7 +173,8 @@ TEST_F(DocumentLifecycle, NewDocumentRunsTheStepsAndHoldsTheBasics) {
 TEST_F(DocumentLifecycle, SavedDocumentReopensLockedByItsPasswordAndChanged) {
     TADocument *document = *controller().openUntitledDocument();
     document->preferences()->setPassword(QStringLiteral("Secret"));
-    document->database().createInvoice()->setIdentification(QStringLiteral("2026-001"));
+    TAContextDatabase::createInvoiceInContext(document->database().context())
+        ->setIdentification(QStringLiteral("2026-001"));
     ASSERT_TRUE(document->saveAs(path("books.tadb")).ok());
     EXPECT_FALSE(document->isDocumentEdited());
     EXPECT_TRUE(document->fileModificationDate().isValid());
@@ -203,7 +204,7 @@ TEST_F(DocumentLifecycle, SavedDocumentReopensLockedByItsPasswordAndChanged) {
     EXPECT_FALSE(document->autosaveWithImplicitCancellability()); // nothing left to save
 
     // Revert drops unsaved edits and goes through the opening again.
-    document->database().createInvoice();
+    TAContextDatabase::createInvoiceInContext(document->database().context());
     jobs.calls.clear();
     ASSERT_TRUE(document->revertToContentsOfURL().ok());
     EXPECT_EQ(count(document, "Invoice"), 1);
@@ -232,11 +233,15 @@ TEST_F(DocumentLifecycle, SaveAsOntoAnotherOpenDocumentIsRefused) {
     EXPECT_TRUE(first->panel(nullptr, path("first.tadb")).ok());
     EXPECT_TRUE(second->saveAs(path("second.tadb")).ok());
     // A copy of a file's contents goes into an untitled document, with nothing to undo.
-    first->database().createInvoice()->setIdentification(QStringLiteral("S-1"));
+    TAContextDatabase::createInvoiceInContext(first->database().context())
+        ->setIdentification(QStringLiteral("S-1"));
     ASSERT_TRUE(first->save().ok());
     TADocument *third = *controller().openUntitledDocument();
     ASSERT_TRUE(third->replaceContentsWithCopyOfURL(path("first.tadb")));
-    EXPECT_EQ(third->database().getInvoices().value(0)->identification(), QStringLiteral("S-1"));
+    EXPECT_EQ(TAContextDatabase::getInvoicesInContext(third->database().context())
+                  .value(0)
+                  ->identification(),
+              QStringLiteral("S-1"));
     EXPECT_EQ(count(third, "Currency"), 1);
     EXPECT_FALSE(third->managedObjectContext()->undoManager()->canUndo());
     EXPECT_TRUE(third->fileURL().isEmpty());
@@ -248,9 +253,9 @@ TEST_F(DocumentLifecycle, SaveAsOntoAnotherOpenDocumentIsRefused) {
 // A file with a stale total on it, to show whether anything recomputes it.
 void DocumentLifecycle::makeLockedCandidate() {
     TADocument *maker = *controller().openUntitledDocument();
-    TAInvoice *invoice = maker->database().createInvoice();
+    TAInvoice *invoice = TAContextDatabase::createInvoiceInContext(maker->database().context());
     invoice->setIdentification(QStringLiteral("R-7"));
-    TAMaterial *material = maker->database().createMaterial();
+    TAMaterial *material = TAContextDatabase::createMaterialInContext(maker->database().context());
     material->setQuantity(dec("2"));
     material->setPrice(dec("10"));
     material->setInvoice(invoice);
@@ -266,7 +271,8 @@ void DocumentLifecycle::expectLockedBehaviour(TADocument *document) {
                      &document->cacheUpdater(), [this] { ++appliedRecords; });
     EXPECT_TRUE(document->isLockedOrInReadOnlyMode());
     EXPECT_FALSE(jobs.calls.contains(QStringLiteral("recurring")));
-    auto *invoice = document->database().getInvoices().value(0);
+    auto *invoice =
+        TAContextDatabase::getInvoicesInContext(document->database().context()).value(0);
     ASSERT_NE(invoice, nullptr);
     EXPECT_EQ(invoice->identification(), QStringLiteral("R-7"));
     // Anything the opening handed the worker has run and come back before the totals are read.
@@ -286,7 +292,8 @@ void DocumentLifecycle::expectLockedBehaviour(TADocument *document) {
 // A locked document refuses to save in place, with a message that names the file and the way
 // out; the edits stay in the document and go into another file whole.
 void DocumentLifecycle::expectEditsKeptForAnotherFile(TADocument *document) {
-    TAInvoice *invoice = document->database().getInvoices().value(0);
+    TAInvoice *invoice =
+        TAContextDatabase::getInvoicesInContext(document->database().context()).value(0);
     ASSERT_NE(invoice, nullptr);
     document->database().beginUndoGroupingWithName(QStringLiteral("Invoice edit"));
     invoice->setIdentification(QStringLiteral("R-8"));
@@ -310,7 +317,8 @@ void DocumentLifecycle::expectEditsKeptForAnotherFile(TADocument *document) {
     EXPECT_FALSE(document->isLockedOrInReadOnlyMode());
     controller().closeDocument(document);
     TADocument *rescued = *controller().openDocumentWithContentsOfURL(path("rescued.tadb"));
-    TAInvoice *copy = rescued->database().getInvoices().value(0);
+    TAInvoice *copy =
+        TAContextDatabase::getInvoicesInContext(rescued->database().context()).value(0);
     ASSERT_NE(copy, nullptr);
     EXPECT_EQ(copy->identification(), QStringLiteral("R-8"));
     EXPECT_EQ(copy->total(), dec("8"));
@@ -335,20 +343,26 @@ TEST_F(DocumentLifecycle, LockedDocumentSavesItsEditsUnderANewNameAndLeavesItsFi
     makeLockedCandidate();
     const QByteArray before = fileBytes(path("locked.tadb"));
     TADocument *document = *controller().openDocumentWithContentsOfURL(path("locked.tadb"), true);
-    document->database().getInvoices().value(0)->setIdentification(QStringLiteral("R-8"));
+    TAContextDatabase::getInvoicesInContext(document->database().context())
+        .value(0)
+        ->setIdentification(QStringLiteral("R-8"));
     ASSERT_TRUE(document->saveAs(path("copy.tadb")).ok());
     EXPECT_FALSE(document->isLockedOrInReadOnlyMode());
     EXPECT_EQ(document->fileURL(), QFileInfo(path("copy.tadb")).absoluteFilePath());
     controller().closeDocument(document);
     EXPECT_EQ(fileBytes(path("locked.tadb")), before);
     document = *controller().openDocumentWithContentsOfURL(path("copy.tadb"));
-    EXPECT_EQ(document->database().getInvoices().value(0)->identification(), QStringLiteral("R-8"));
+    EXPECT_EQ(TAContextDatabase::getInvoicesInContext(document->database().context())
+                  .value(0)
+                  ->identification(),
+              QStringLiteral("R-8"));
 }
 
 TEST_F(DocumentLifecycle, SaveRefusesToOverwriteAnotherProgramsWrite) {
     TADocument *document = *controller().openUntitledDocument();
     ASSERT_TRUE(document->saveAs(path("shared.tadb")).ok());
-    document->database().createInvoice()->setIdentification(QStringLiteral("ours"));
+    TAContextDatabase::createInvoiceInContext(document->database().context())
+        ->setIdentification(QStringLiteral("ours"));
     // Another program commits: only the write-ahead log shows it.
     QFile log(path("shared.tadb") + QStringLiteral("-wal"));
     ASSERT_TRUE(log.open(QIODevice::ReadWrite));
@@ -385,25 +399,32 @@ TEST_F(DocumentLifecycle, MergeNotificationsBracketUndoForOpenDocumentsOnly) {
 TEST_F(DocumentLifecycle, ClosingSavesWhatTheLastAutosaveMissed) {
     TADocument *document = *controller().openUntitledDocument();
     ASSERT_TRUE(document->saveAs(path("late.tadb")).ok());
-    document->database().createInvoice()->setIdentification(QStringLiteral("late edit"));
+    TAContextDatabase::createInvoiceInContext(document->database().context())
+        ->setIdentification(QStringLiteral("late edit"));
     document->updateChangeCount(TADocument::ChangeDone);
     controller().closeDocument(document);
     document = *controller().openDocumentWithContentsOfURL(path("late.tadb"));
-    ASSERT_EQ(document->database().getInvoices().size(), 1);
-    EXPECT_EQ(document->database().getInvoices().value(0)->identification(),
+    ASSERT_EQ(TAContextDatabase::getInvoicesInContext(document->database().context()).size(), 1);
+    EXPECT_EQ(TAContextDatabase::getInvoicesInContext(document->database().context())
+                  .value(0)
+                  ->identification(),
               QStringLiteral("late edit"));
 }
 
 TEST_F(DocumentLifecycle, RevertThatCannotReadTheFileLeavesTheDocumentAsItWas) {
     TADocument *document = *controller().openUntitledDocument();
     ASSERT_TRUE(document->saveAs(path("gone.tadb")).ok());
-    ASSERT_TRUE(document->database().getInvoices().isEmpty()); // reads the file
-    document->database().createInvoice()->setIdentification(QStringLiteral("unsaved"));
+    ASSERT_TRUE(TAContextDatabase::getInvoicesInContext(document->database().context())
+                    .isEmpty()); // reads the file
+    TAContextDatabase::createInvoiceInContext(document->database().context())
+        ->setIdentification(QStringLiteral("unsaved"));
     ASSERT_TRUE(QFile::remove(path("gone.tadb")));
     EXPECT_FALSE(document->revertToContentsOfURL().ok());
     EXPECT_FALSE(TADocumentController::isReverting());
     ASSERT_NE(document->managedObjectContext(), nullptr);
-    EXPECT_EQ(document->database().getInvoices().value(0)->identification(),
+    EXPECT_EQ(TAContextDatabase::getInvoicesInContext(document->database().context())
+                  .value(0)
+                  ->identification(),
               QStringLiteral("unsaved"));
     EXPECT_TRUE(document->timersRunning());
     EXPECT_TRUE(document->undoWindowEnabled());
@@ -412,7 +433,9 @@ TEST_F(DocumentLifecycle, RevertThatCannotReadTheFileLeavesTheDocumentAsItWas) {
     ASSERT_TRUE(document->saveAs(path("rescued.tadb")).ok());
     controller().closeDocument(document);
     document = *controller().openDocumentWithContentsOfURL(path("rescued.tadb"));
-    EXPECT_EQ(document->database().getInvoices().value(0)->identification(),
+    EXPECT_EQ(TAContextDatabase::getInvoicesInContext(document->database().context())
+                  .value(0)
+                  ->identification(),
               QStringLiteral("unsaved"));
     EXPECT_EQ(count(document, "InvoiceTemplate"), LMBuiltInTemplates::templateNames().size());
 }
@@ -445,7 +468,9 @@ TEST_F(DocumentLifecycle, FileMadeImmutableWhileOpenRefusesToSaveInPlace) {
     // The refused save left nothing behind, not even in the log beside the file.
     auto original = controller().openDocumentWithContentsOfURL(path("locked.tadb"), true);
     ASSERT_TRUE(original.ok()) << original.error().message.toStdString();
-    ASSERT_EQ((*original)->database().getInvoices().size(), 1);
-    EXPECT_EQ((*original)->database().getInvoices().value(0)->identification(),
+    ASSERT_EQ(TAContextDatabase::getInvoicesInContext((*original)->database().context()).size(), 1);
+    EXPECT_EQ(TAContextDatabase::getInvoicesInContext((*original)->database().context())
+                  .value(0)
+                  ->identification(),
               QStringLiteral("R-7"));
 }

@@ -36,8 +36,9 @@ protected:
                          [this] { ++reloads; });
     }
     TAInvoice *invoiceWithMaterial(TADocument *document, const char *quantity, const char *price) {
-        TAInvoice *invoice = document->database().createInvoice();
-        material = document->database().createMaterial();
+        TAInvoice *invoice =
+            TAContextDatabase::createInvoiceInContext(document->database().context());
+        material = TAContextDatabase::createMaterialInContext(document->database().context());
         material->setQuantity(dec(quantity));
         material->setPrice(dec(price));
         material->setInvoice(invoice);
@@ -129,7 +130,7 @@ TEST_F(InvoiceCache, InvoiceDeletedBeforeTheRunIsSkipped) {
     const ObjectID doomedID = doomed->objectID();
     material->setPrice(dec("9")); // the doomed invoice's item
     keep->items().value(0)->setPrice(dec("3"));
-    document->database().deleteObject(doomed);
+    TAContextDatabase::deleteObject(doomed, document->database().context());
     endEventAndSettle(document);
     EXPECT_FALSE(applied.contains(doomedID));
     EXPECT_EQ(keep->total(), dec("6"));

@@ -22,11 +22,11 @@ void TACurrencyList::post() {
 TACommandOutcome TACurrencyList::addCurrency(const QString &title, const QString &code) {
     if (title.isEmpty() || code.isEmpty())
         return TACommandOutcome::beep();
-    if (m_database->getCurrencyWithCode(code))
+    if (TAContextDatabase::getCurrencyWithCode(code, m_database->context()))
         return TACommandOutcome::withMessage(QCoreApplication::translate(
             "TACurrencyList", "Currency with this code already exists"));
     m_database->disableUndoRegistration();
-    TACurrency *currency = m_database->createCurrency();
+    TACurrency *currency = TAContextDatabase::createCurrencyInContext(m_database->context());
     if (currency) {
         currency->setCode(code);
         currency->setTitle(title);
@@ -42,7 +42,7 @@ TACommandOutcome TACurrencyList::removeCurrency(TACurrency *currency) {
     if (!currency->clientsRelationships().isEmpty())
         return TACommandOutcome::withMessage(QCoreApplication::translate(
             "TACurrencyList", "Cannot remove currency that is used by some transactions"));
-    m_database->deleteObject(currency);
+    TAContextDatabase::deleteObject(currency, m_database->context());
     post();
     return TACommandOutcome::done();
 }
@@ -67,13 +67,13 @@ void TACurrencyList::setAutomaticallyDownload(TACurrency *currency, bool value) 
 }
 
 Decimal TACurrencyList::oneColumn(TACurrency *currency) {
-    TACurrencyRate *rate =
-        m_database->getCurrencyRateFromCurrency(m_database->getDefaultCurrency(), currency);
+    TACurrencyRate *rate = TAContextDatabase::getCurrencyRateFromCurrency(
+        m_database->getDefaultCurrency(), currency, m_database->context());
     return rate ? rate->inFromOneTo() : Decimal(1);
 }
 
 Decimal TACurrencyList::inColumn(TACurrency *currency) {
-    TACurrencyRate *rate =
-        m_database->getCurrencyRateFromCurrency(m_database->getDefaultCurrency(), currency);
+    TACurrencyRate *rate = TAContextDatabase::getCurrencyRateFromCurrency(
+        m_database->getDefaultCurrency(), currency, m_database->context());
     return rate ? rate->oneFromInTo() : Decimal(1);
 }

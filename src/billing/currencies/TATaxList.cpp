@@ -26,7 +26,7 @@ void TATaxList::post() {
 }
 
 TATax *TATaxList::addTax(const QString &name, const QString &percentText) {
-    TATax *tax = m_database->createTax();
+    TATax *tax = TAContextDatabase::createTaxInContext(m_database->context());
     if (!tax)
         return nullptr;
     tax->setName(name);
@@ -52,6 +52,6 @@ void TATaxList::setTaxPercent(TATax *tax, const QString &percentText) {
 void TATaxList::removeTax(TATax *tax) {
     if (!tax)
         return;
-    m_database->deleteObject(tax);
+    TAContextDatabase::deleteObject(tax, m_database->context());
     post();
 }

@@ -44,7 +44,8 @@ void TAAddPaymentModel::showForView(TAInvoice *invoice) {
 
 void TAAddPaymentModel::updateValuesFromSelectedCurrency() {
     TACurrency *target = invoiceCurrency();
-    TACurrencyRate *rate = m_database->getCurrencyRateFromCurrency(m_selected, target);
+    TACurrencyRate *rate =
+        TAContextDatabase::getCurrencyRateFromCurrency(m_selected, target, m_database->context());
     m_convertText =
         rate ? OTNumberText::decimalFormatter(rate->oneFromInTo()) : QStringLiteral("1");
     m_convertFromLabel = QStringLiteral("1 %1 =").arg(m_selected ? m_selected->code() : QString());
@@ -65,7 +66,8 @@ void TAAddPaymentModel::currencyChanged(TACurrency *selected) {
     m_selected = selected;
     TACurrency *target = invoiceCurrency();
     if (!m_amountEdited) {
-        TACurrencyRate *rate = m_database->getCurrencyRateFromCurrency(m_selected, target);
+        TACurrencyRate *rate = TAContextDatabase::getCurrencyRateFromCurrency(
+            m_selected, target, m_database->context());
         m_amountText = rate
                            ? offeredAmount(rate->oneFromInTo(), target ? target->code() : QString())
                            : OTNumberText::currencyFormatter(sumDue());
@@ -118,7 +120,7 @@ TAPayment *TAAddPaymentModel::saveToInvoice() {
     const bool wasPaid = m_invoice->isPaid();
     m_database->beginUndoGroupingWithName(
         QCoreApplication::translate("TAAddPaymentModel", "Add payment"));
-    TAPayment *payment = m_database->createPayment();
+    TAPayment *payment = TAContextDatabase::createPaymentInContext(m_database->context());
     if (payment) {
         payment->setDate(m_date);
         payment->setAmount(OTConvert::decimalNumberFromString(m_amountText));

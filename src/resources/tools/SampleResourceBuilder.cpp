@@ -88,7 +88,7 @@ Result<QJsonObject> SampleResourceBuilder::designObjectsOfNewDocument() {
     TADatabase database;
     database.setContext(&context);
     database.disableUndoRegistration();
-    database.getTemplates();
+    TAContextDatabase::getTemplatesInContext(database.context());
     JsonDocumentExporter exporter(context);
     auto json = exporter.exportDocument();
     if (!json)

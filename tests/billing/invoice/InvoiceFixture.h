@@ -50,8 +50,8 @@ protected:
         usd->setIsDefault(true);
         jpy = currency("JPY");
         kwd = currency("KWD");
-        db.getPreferences()->setTaxesEnabled(true);
-        db.getPreferences()->setTaxesCombined(false);
+        TAContextDatabase::getPreferencesInContext(db.context())->setTaxesEnabled(true);
+        TAContextDatabase::getPreferencesInContext(db.context())->setTaxesCombined(false);
         TAApplicationHooks::setInstance(&pool);
     }
     void TearDown() override { TAApplicationHooks::setInstance(nullptr); }
@@ -59,21 +59,21 @@ protected:
     static Decimal dec(const char *text) { return Decimal::fromString(QString::fromLatin1(text)); }
 
     TACurrency *currency(const char *code) {
-        TACurrency *c = db.createCurrency();
+        TACurrency *c = TAContextDatabase::createCurrencyInContext(db.context());
         c->setCode(QString::fromLatin1(code));
         return c;
     }
     // An invoice billed in the currency (through its client).
     TAInvoice *invoiceIn(TACurrency *in) {
-        TAInvoice *invoice = db.createInvoice();
-        TAClient *client = db.createClient();
+        TAInvoice *invoice = TAContextDatabase::createInvoiceInContext(db.context());
+        TAClient *client = TAContextDatabase::createClientInContext(db.context());
         client->setCurrencyRelationship(in);
         invoice->setClient(client);
         return invoice;
     }
     TAMaterial *material(TAInvoice *on, const char *quantity, const char *price,
                          const char *tax = "0") {
-        TAMaterial *m = db.createMaterial();
+        TAMaterial *m = TAContextDatabase::createMaterialInContext(db.context());
         m->setQuantity(dec(quantity));
         m->setPrice(dec(price));
         m->setTax(dec(tax));
@@ -82,8 +82,8 @@ protected:
         return m;
     }
     void setTaxes(bool enabled, bool combined) {
-        db.getPreferences()->setTaxesEnabled(enabled);
-        db.getPreferences()->setTaxesCombined(combined);
+        TAContextDatabase::getPreferencesInContext(db.context())->setTaxesEnabled(enabled);
+        TAContextDatabase::getPreferencesInContext(db.context())->setTaxesCombined(combined);
     }
 
     QTemporaryDir dir;

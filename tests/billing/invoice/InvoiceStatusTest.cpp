@@ -20,7 +20,7 @@ protected:
         return invoice;
     }
     TAPayment *pay(TAInvoice *to, const char *amount, const char *rate = "1") {
-        TAPayment *p = db.createPayment();
+        TAPayment *p = TAContextDatabase::createPaymentInContext(db.context());
         p->setAmount(dec(amount));
         p->setRate(dec(rate));
         p->setInvoiceRelationship(to);
@@ -123,9 +123,11 @@ TEST_F(InvoiceStatusTest, TotalInAnotherCurrencyRoundsToTheTarget) {
     TAInvoice *invoice = invoiceIn(usd);
     material(invoice, "1", "10.55");
     EXPECT_EQ(invoice->totalInCurrency(usd), dec("10.55"));
-    db.getCurrencyRateFromCurrency(usd, jpy)->setOneFromInTo(dec("150.05"));
+    TAContextDatabase::getCurrencyRateFromCurrency(usd, jpy, db.context())
+        ->setOneFromInTo(dec("150.05"));
     EXPECT_EQ(invoice->totalInCurrency(jpy), dec("1583")); // 1583.0275
-    db.getCurrencyRateFromCurrency(usd, kwd)->setOneFromInTo(dec("0.30705"));
+    TAContextDatabase::getCurrencyRateFromCurrency(usd, kwd, db.context())
+        ->setOneFromInTo(dec("0.30705"));
     EXPECT_EQ(invoice->totalInCurrency(kwd), dec("3.239")); // 3.2393775
     EXPECT_EQ(invoice->totalInDefaultCurrency(), dec("10.55"));
 }

@@ -94,7 +94,8 @@ TEST_F(InvoiceTotalsTest, DeletedItemsAndNullValuesAreSkipped) {
     TAInvoice *invoice = invoiceIn(usd);
     material(invoice, "1", "10");
     TAMaterial *gone = material(invoice, "1", "5");
-    TAMaterial *empty = db.createMaterial(); // no price, quantity, tax or discount
+    TAMaterial *empty = TAContextDatabase::createMaterialInContext(
+        db.context()); // no price, quantity, tax or discount
     empty->setInvoice(invoice);
     EXPECT_EQ(invoice->total(), dec("15"));
     context->deleteObject(gone);
@@ -148,7 +149,7 @@ TEST_F(InvoiceTotalsTest, RandomInvoicesAddUpAndRecomputeToTheSameValues) {
                 m->setQuantity(Decimal::fromParts(random.bounded(1, 500), -random.bounded(0, 3)));
                 item = m;
             } else {
-                TATimer *t = db.createTimer();
+                TATimer *t = TAContextDatabase::createTimerInContext(db.context());
                 t->setSeconds(random.bounded(0, 40000));
                 t->setInvoice(invoice);
                 item = t;
@@ -186,7 +187,7 @@ TEST_F(InvoiceTotalsTest, BatchRefreshKeepsEachInvoicesCurrency) {
     TAInvoice *yen = invoiceIn(jpy);
     TAInvoice *dinar = invoiceIn(kwd);
     TAInvoice *plainClient = invoiceIn(nullptr);
-    TAInvoice *noClient = db.createInvoice();
+    TAInvoice *noClient = TAContextDatabase::createInvoiceInContext(db.context());
     const QList<TAInvoice *> invoices{yen, dinar, plainClient, noClient};
     for (TAInvoice *invoice : invoices)
         material(invoice, "1", "1.2345", "0.1");

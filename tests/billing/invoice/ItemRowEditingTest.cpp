@@ -13,7 +13,7 @@ class ItemRowEditingTest : public InvoiceFixture {
 protected:
     // A catalogue entry for hours at 80 with a rate of its own.
     TAInventory *hourEntry() {
-        TAInventory *entry = db.createInventory();
+        TAInventory *entry = TAContextDatabase::createInventoryInContext(db.context());
         entry->setSku(QStringLiteral("H1"));
         entry->setName(QStringLiteral("Hour"));
         entry->setPrice(dec("80"));
@@ -29,7 +29,7 @@ protected:
 
 TEST_F(ItemRowEditingTest, ACataloguePickOnAnInvoiceRowReplacesTheRowsItem) {
     TAInvoice *invoice = invoiceIn(usd);
-    TAProject *project = db.createProject();
+    TAProject *project = TAContextDatabase::createProjectInContext(db.context());
     invoice->setProject(project);
     TAMaterial *old = material(invoice, "2", "10");
     TAInventory *entry = hourEntry();
@@ -37,7 +37,9 @@ TEST_F(ItemRowEditingTest, ACataloguePickOnAnInvoiceRowReplacesTheRowsItem) {
     context->undoManager()->removeAllActions();
 
     // Only a catalogue entry is taken.
-    EXPECT_EQ(TAItemRowEditing::createFromObject(db.createClient(), invoice, old), nullptr);
+    EXPECT_EQ(TAItemRowEditing::createFromObject(
+                  TAContextDatabase::createClientInContext(db.context()), invoice, old),
+              nullptr);
     EXPECT_FALSE(isGone(old));
 
     auto *made = dynamic_cast<TATimer *>(TAItemRowEditing::createFromObject(entry, invoice, old));
@@ -62,7 +64,7 @@ TEST_F(ItemRowEditingTest, ACataloguePickOnAnInvoiceRowReplacesTheRowsItem) {
 }
 
 TEST_F(ItemRowEditingTest, ACataloguePickOnAProjectRowFillsAnEmptyRowOrReplacesItsItem) {
-    TAProject *project = db.createProject();
+    TAProject *project = TAContextDatabase::createProjectInContext(db.context());
     TAInventory *entry = hourEntry();
     entry->setIsMaterial(true);
 

@@ -11,7 +11,7 @@
 class ItemRulesTest : public InvoiceFixture {
 protected:
     TATimer *timer(qint64 seconds, const char *price) {
-        TATimer *t = db.createTimer();
+        TATimer *t = TAContextDatabase::createTimerInContext(db.context());
         t->setSeconds(seconds);
         t->setPrice(dec(price));
         return t;
@@ -29,7 +29,8 @@ TEST_F(ItemRulesTest, ItemArithmeticKeepsEveryDigit) {
     EXPECT_EQ(m->total(), Decimal(0));
     m->setValueForKey(QVariant(), QStringLiteral("quantity"));
     EXPECT_EQ(m->total(), Decimal(0));
-    EXPECT_EQ(db.createMaterial()->total(), Decimal(0)); // nothing set at all
+    EXPECT_EQ(TAContextDatabase::createMaterialInContext(db.context())->total(),
+              Decimal(0)); // nothing set at all
 }
 
 // Only whole minutes are billed, and the odd seconds never round up.
@@ -40,7 +41,7 @@ TEST_F(ItemRulesTest, TimersBillWholeMinutes) {
     EXPECT_EQ(timer(3659, "100")->total(), Decimal(100));
     const Decimal third = timer(60, "100")->total(); // 1.666..., unrounded
     EXPECT_EQ(third.rounded(10, Decimal::RoundingMode::Plain), dec("1.6666666667"));
-    TATimer *empty = db.createTimer();
+    TATimer *empty = TAContextDatabase::createTimerInContext(db.context());
     empty->setPrice(dec("100"));
     empty->setValueForKey(QVariant(), QStringLiteral("seconds"));
     EXPECT_EQ(empty->total(), Decimal(0));
@@ -84,11 +85,11 @@ TEST_F(ItemRulesTest, TaxesCompareByRateAndName) {
 TEST_F(ItemRulesTest, RunningIntervalGrowsWithTheClock) {
     TATimer *t = timer(0, "36");
     t->setDiscount(dec("0.5")); // intervals bill the list price
-    TATimerInterval *first = db.createTimerInterval();
+    TATimerInterval *first = TAContextDatabase::createTimerIntervalInContext(db.context());
     first->setStart(clock.now().addSecs(-7200));
     first->setEnd(clock.now().addSecs(-7170));
     first->setTimerRelationship(t);
-    TATimerInterval *running = db.createTimerInterval();
+    TATimerInterval *running = TAContextDatabase::createTimerIntervalInContext(db.context());
     running->setStart(clock.now());
     running->setTimerRelationship(t);
     EXPECT_EQ(first->total(), dec("0.3")); // 30 s, not cut to minutes
@@ -96,19 +97,19 @@ TEST_F(ItemRulesTest, RunningIntervalGrowsWithTheClock) {
     EXPECT_EQ(running->time(), 100);
     EXPECT_EQ(running->total(), Decimal(1));
     EXPECT_EQ(t->lastTimerInterval(), running);
-    EXPECT_EQ(db.createTimerInterval()->total(), Decimal(0));
+    EXPECT_EQ(TAContextDatabase::createTimerIntervalInContext(db.context())->total(), Decimal(0));
 }
 
 TEST_F(ItemRulesTest, CurrencyFollowsInvoiceClientThenProjectThenDefault) {
-    TAClient *kuwaiti = db.createClient();
+    TAClient *kuwaiti = TAContextDatabase::createClientInContext(db.context());
     kuwaiti->setCurrencyRelationship(kwd);
-    TAProject *project = db.createProject();
+    TAProject *project = TAContextDatabase::createProjectInContext(db.context());
     project->setClient(kuwaiti);
     TAMaterial *m = material(nullptr, "1", "1");
     EXPECT_EQ(m->currency(), usd);
     m->setProject(project);
     EXPECT_EQ(m->currency(), kwd);
-    TAInvoice *withoutClient = db.createInvoice();
+    TAInvoice *withoutClient = TAContextDatabase::createInvoiceInContext(db.context());
     m->setInvoice(withoutClient);
     EXPECT_EQ(m->currency(), usd); // an invoice without client wins over the project
     m->setInvoice(invoiceIn(jpy));
@@ -148,7 +149,7 @@ TEST_F(ItemRulesTest, ChangesRefreshTheInvoiceAndUndoRestoresIt) {
 }
 
 TEST_F(ItemRulesTest, ChangesStampTheItemAndCarryTheProject) {
-    TAProject *project = db.createProject();
+    TAProject *project = TAContextDatabase::createProjectInContext(db.context());
     TAInvoice *invoice = invoiceIn(usd);
     invoice->setProject(project);
     TAMaterial *m = material(nullptr, "1", "1");
@@ -159,7 +160,7 @@ TEST_F(ItemRulesTest, ChangesStampTheItemAndCarryTheProject) {
     m->setInvoice(invoice);
     EXPECT_EQ(m->project(), project);
 
-    TAProject *other = db.createProject();
+    TAProject *other = TAContextDatabase::createProjectInContext(db.context());
     invoice->setProject(other);
     EXPECT_EQ(m->project(), other);
     invoice->setProject(nullptr); // no project to hand on: the item keeps its own
@@ -189,10 +190,10 @@ TEST_F(ItemRulesTest, UndoRepairsAMissingAddedDate) {
 }
 
 TEST_F(ItemRulesTest, CatalogueEntriesAndCopiesBetweenKinds) {
-    TATax *vat = db.createTax();
+    TATax *vat = TAContextDatabase::createTaxInContext(db.context());
     vat->setName(QStringLiteral("VAT"));
     vat->setValue(dec("0.2"));
-    TAInventory *entry = db.createInventory();
+    TAInventory *entry = TAContextDatabase::createInventoryInContext(db.context());
     entry->setName(QStringLiteral("Hour"));
     entry->setPrice(dec("80"));
     entry->setDiscount(dec("0.25"));

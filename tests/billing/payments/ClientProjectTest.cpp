@@ -25,7 +25,7 @@ TEST_F(PaymentsFixture, ClientNamesFollowCompanyOrPersonWithFallbacks) {
         {false, "", "", "", "", ""},
     };
     for (const Case &c : cases) {
-        TAClient *client = db.createClient();
+        TAClient *client = TAContextDatabase::createClientInContext(db.context());
         client->setIsCompanyValue(c.company);
         client->setCompanyValue(QString::fromLatin1(c.companyName));
         client->setFullNameValue(QString::fromLatin1(c.fullName));
@@ -37,7 +37,8 @@ TEST_F(PaymentsFixture, ClientNamesFollowCompanyOrPersonWithFallbacks) {
                   QString::fromLatin1(c.display));
     }
     // The data layer's sort by display name reaches the computed key.
-    const QList<TAClient *> sorted = db.getClientsSortedByDisplayName();
+    const QList<TAClient *> sorted =
+        TAContextDatabase::getClientsSortedByDisplayNameInContext(db.context());
     ASSERT_EQ(sorted.size(), 7);
     EXPECT_EQ(sorted.last()->displayName(), QStringLiteral("John Smith"));
     EXPECT_LT(sorted.at(1)->compare(sorted.last()), 0);
@@ -45,16 +46,17 @@ TEST_F(PaymentsFixture, ClientNamesFollowCompanyOrPersonWithFallbacks) {
 
 TEST_F(PaymentsFixture, ClientSumsCountEachInvoiceOnceAndSkipDirectRecurringOnes) {
     TAClient *owner = client(eur);
-    TAProject *project = db.createProject();
+    TAProject *project = TAContextDatabase::createProjectInContext(db.context());
     project->setClient(owner);
     TAInvoice *direct = invoice(owner, "100");
     TAInvoice *both = invoice(owner, "10");
     both->setProject(project);
     pay(both, "4", eur, "1");
-    TARecurringInvoice *pattern = db.createRecurringInvoice();
+    TARecurringInvoice *pattern = TAContextDatabase::createRecurringInvoiceInContext(db.context());
     pattern->setClient(owner);
     pattern->setTotal(dec("1000"));
-    TARecurringInvoice *onProject = db.createRecurringInvoice();
+    TARecurringInvoice *onProject =
+        TAContextDatabase::createRecurringInvoiceInContext(db.context());
     onProject->setProject(project);
     onProject->setTotal(dec("7"));
 
@@ -73,14 +75,15 @@ TEST_F(PaymentsFixture, ClientSumsCountEachInvoiceOnceAndSkipDirectRecurringOnes
     EXPECT_EQ(owner->invoicesFromDate(day, day.addDays(40)).size(), 2);
 
     TAClient *onlyRecurring = client(eur);
-    db.createRecurringInvoice()->setClient(onlyRecurring);
+    TAContextDatabase::createRecurringInvoiceInContext(db.context())->setClient(onlyRecurring);
     EXPECT_FALSE(onlyRecurring->isLinkedWithInvoice());
 }
 
 TEST_F(PaymentsFixture, AnInvoiceWithNoTotalYetCountsAsNothingInTheClientsSums) {
     TAClient *owner = client(eur);
     const QDateTime day(QDate(2024, 5, 1), QTime(9, 0), Qt::UTC);
-    TAInvoice *empty = db.createInvoice(); // no items: its cached total was never written
+    TAInvoice *empty = TAContextDatabase::createInvoiceInContext(
+        db.context()); // no items: its cached total was never written
     empty->setClient(owner);
     empty->setDate(day);
     ASSERT_TRUE(empty->total().isNaN());
@@ -94,7 +97,7 @@ TEST_F(PaymentsFixture, AnInvoiceWithNoTotalYetCountsAsNothingInTheClientsSums) 
 TEST_F(PaymentsFixture, ClientBalanceRoundsEachAdditionPlainlyBeforeTheFinalBankersStep) {
     // An invoice of a three-digit currency reaches this client through its project.
     TAClient *owner = client(eur);
-    TAProject *project = db.createProject();
+    TAProject *project = TAContextDatabase::createProjectInContext(db.context());
     project->setClient(owner);
     TAInvoice *foreign = invoice(client(bhd), "0.125", 1);
     foreign->setProject(project);
@@ -103,21 +106,21 @@ TEST_F(PaymentsFixture, ClientBalanceRoundsEachAdditionPlainlyBeforeTheFinalBank
     invoice(owner, "0.01", 1);
     EXPECT_EQ(owner->balance(), dec("0.14"));
     // With no currency of its own the client sums in the default one.
-    TAClient *plain = db.createClient();
+    TAClient *plain = TAContextDatabase::createClientInContext(db.context());
     invoice(plain, "2.5", 1);
     EXPECT_EQ(plain->currencyRelationship(), eur);
     EXPECT_EQ(plain->balance(), dec("2.5"));
 }
 
 TEST_F(PaymentsFixture, ProjectTimeCountsAllTimersAndItsListsOnlyUnbilledOnes) {
-    TAProject *project = db.createProject();
+    TAProject *project = TAContextDatabase::createProjectInContext(db.context());
     project->setClient(client(eur));
-    TATimer *billed = db.createTimer();
+    TATimer *billed = TAContextDatabase::createTimerInContext(db.context());
     billed->setPrice(dec("100"));
     billed->setSeconds(1800);
     billed->setProject(project);
     billed->setInvoice(invoice(project->client(), "50"));
-    TATimer *open = db.createTimer();
+    TATimer *open = TAContextDatabase::createTimerInContext(db.context());
     open->setPrice(dec("10"));
     open->setSeconds(3600);
     open->setProject(project);
@@ -143,14 +146,14 @@ TEST_F(PaymentsFixture, ClientPeriodSumsTakeInvoicesByDateAndProjectsByDueDate) 
     const QDateTime to(QDate(2024, 6, 30), QTime(0, 0), Qt::UTC);
     TAClient *owner = client(eur);
 
-    TAProject *dueInJune = db.createProject();
+    TAProject *dueInJune = TAContextDatabase::createProjectInContext(db.context());
     dueInJune->setClient(owner);
     dueInJune->setDueDate(from.addDays(3));
-    TAProject *dueInJuly = db.createProject();
+    TAProject *dueInJuly = TAContextDatabase::createProjectInContext(db.context());
     dueInJuly->setClient(owner);
     dueInJuly->setDueDate(to.addDays(3));
     const auto projectMaterial = [this](TAProject *on, const char *price) {
-        TAMaterial *m = db.createMaterial();
+        TAMaterial *m = TAContextDatabase::createMaterialInContext(db.context());
         m->setQuantity(dec("1"));
         m->setPrice(dec(price));
         m->setProject(on);
@@ -189,7 +192,7 @@ TEST_F(PaymentsFixture, ClientPeriodSumsTakeInvoicesByDateAndProjectsByDueDate) 
 TEST_F(PaymentsFixture, ClientPeriodBalanceRoundsEachAddition) {
     const QDateTime day(QDate(2024, 6, 5), QTime(9, 0), Qt::UTC);
     TAClient *owner = client(eur);
-    TAProject *project = db.createProject();
+    TAProject *project = TAContextDatabase::createProjectInContext(db.context());
     project->setClient(owner);
     for (int i = 0; i < 2; ++i) {
         TAInvoice *foreign = invoice(client(bhd), "0.125", 1);

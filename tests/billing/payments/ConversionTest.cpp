@@ -3,7 +3,9 @@
 #include "store/TAContextDatabase.h"
 
 TEST_F(PaymentsFixture, ConversionMultipliesByTheRowOfTheDirectionAndMakesRowsOnDemand) {
-    const auto rows = [&] { return db.fetchEntityCustom(TAEntity::CurrencyRate).size(); };
+    const auto rows = [&] {
+        return TAContextDatabase::fetchEntity(TAEntity::CurrencyRate, db.context()).size();
+    };
     EXPECT_EQ(rows(), 0);
     // A fresh row carries the model's rate of 1.
     EXPECT_EQ(db.getDecimalNumber(dec("10.555"), usd, eur), dec("10.56"));
@@ -27,7 +29,7 @@ TEST_F(PaymentsFixture, WithoutARowTheDocumentFormRoundsAndTheContextFormDoesNot
               dec("1.005"));
     EXPECT_EQ(TAContextDatabase::getDecimalNumber(dec("1.005"), nullptr, eur, context.get()),
               dec("1.005"));
-    EXPECT_TRUE(db.fetchEntityCustom(TAEntity::CurrencyRate).isEmpty());
+    EXPECT_TRUE(TAContextDatabase::fetchEntity(TAEntity::CurrencyRate, db.context()).isEmpty());
 }
 
 TEST_F(PaymentsFixture, DeletingACurrencyLeavesItsPaymentsCounting) {
@@ -35,7 +37,7 @@ TEST_F(PaymentsFixture, DeletingACurrencyLeavesItsPaymentsCounting) {
     TAPayment *payment = pay(bill, "125", usd, "0.8");
     EXPECT_EQ(payment->currency(), usd);
     EXPECT_EQ(payment->valueForKey(QStringLiteral("currency")).value<ManagedObject *>(), usd);
-    db.deleteObject(usd);
+    TAContextDatabase::deleteObject(usd, db.context());
     context->processPendingChanges();
     EXPECT_EQ(payment->currency(), nullptr);
     EXPECT_EQ(payment->currencyCode(), QStringLiteral("USD"));

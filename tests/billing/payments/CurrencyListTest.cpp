@@ -54,13 +54,13 @@ TEST_F(PaymentsFixture, CurrencyCommandsRefuseWhatTheyMustAndTellTheDocument) {
     EXPECT_EQ(twice.message, QStringLiteral("Currency with this code already exists"));
     EXPECT_TRUE(posted.isEmpty());
     EXPECT_TRUE(list.addCurrency(QStringLiteral("Japanese Yen"), QStringLiteral("JPY")).isDone());
-    EXPECT_NE(db.getCurrencyWithCode(QStringLiteral("JPY")), nullptr);
+    EXPECT_NE(TAContextDatabase::getCurrencyWithCode(QStringLiteral("JPY"), db.context()), nullptr);
 
     client(usd);
     const TACommandOutcome used = list.removeCurrency(usd);
     EXPECT_EQ(used.message,
               QStringLiteral("Cannot remove currency that is used by some transactions"));
-    EXPECT_NE(db.getCurrencyWithCode(QStringLiteral("USD")), nullptr);
+    EXPECT_NE(TAContextDatabase::getCurrencyWithCode(QStringLiteral("USD"), db.context()), nullptr);
 
     EXPECT_TRUE(list.changeDefaultCurrency(bhd).isDone());
     EXPECT_FALSE(eur->isDefault());
@@ -73,7 +73,7 @@ TEST_F(PaymentsFixture, CurrencyCommandsRefuseWhatTheyMustAndTellTheDocument) {
     // Payments do not hold a currency back, and neither does being the default.
     EXPECT_TRUE(list.removeCurrency(bhd).isDone());
     context->processPendingChanges();
-    EXPECT_EQ(db.getCurrencyWithCode(QStringLiteral("BHD")), nullptr);
+    EXPECT_EQ(TAContextDatabase::getCurrencyWithCode(QStringLiteral("BHD"), db.context()), nullptr);
     EXPECT_EQ(posted.size(), 3);
     EXPECT_EQ(posted.first(), &document);
 }

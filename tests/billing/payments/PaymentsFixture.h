@@ -49,30 +49,30 @@ protected:
     }
 
     TACurrency *currency(const char *code, const char *title) {
-        TACurrency *c = db.createCurrency();
+        TACurrency *c = TAContextDatabase::createCurrencyInContext(db.context());
         c->setCode(QString::fromLatin1(code));
         c->setTitle(QString::fromLatin1(title));
         return c;
     }
     void setRate(TACurrency *from, TACurrency *to, const char *rate) {
-        db.getCurrencyRateFromCurrency(from, to)->setOneFromInTo(
-            Decimal::fromString(QString::fromLatin1(rate)));
+        TAContextDatabase::getCurrencyRateFromCurrency(from, to, db.context())
+            ->setOneFromInTo(Decimal::fromString(QString::fromLatin1(rate)));
     }
     TAClient *client(TACurrency *in) {
-        TAClient *c = db.createClient();
+        TAClient *c = TAContextDatabase::createClientInContext(db.context());
         c->setCurrencyRelationship(in);
         return c;
     }
     // An invoice whose cached total is set as it stands.
     TAInvoice *invoice(TAClient *owner, const char *total, int status = 2) {
-        TAInvoice *i = db.createInvoice();
+        TAInvoice *i = TAContextDatabase::createInvoiceInContext(db.context());
         i->setClient(owner);
         i->setStatus(status);
         i->setTotal(Decimal::fromString(QString::fromLatin1(total)));
         return i;
     }
     TAPayment *pay(TAInvoice *to, const char *amount, TACurrency *in, const char *rate) {
-        TAPayment *p = db.createPayment();
+        TAPayment *p = TAContextDatabase::createPaymentInContext(db.context());
         p->setAmount(Decimal::fromString(QString::fromLatin1(amount)));
         p->setCurrencyCode(in->code());
         p->setRate(Decimal::fromString(QString::fromLatin1(rate)));

@@ -43,9 +43,9 @@ TEST_F(MailHandoffTest, QuotesAndCommasInANameStayInsideTheDisplayName) {
 
 TEST_F(MailHandoffTest, SendWritesTheTemporaryPdfAndNamesTheClient) {
     EXPECT_EQ(LMInvoiceMail::subjectForNumber(QString()), QStringLiteral("Invoice"));
-    TAInvoice *invoice = db.createInvoice();
+    TAInvoice *invoice = TAContextDatabase::createInvoiceInContext(db.context());
     invoice->setIdentification(QStringLiteral("2042"));
-    TAClient *client = db.createClient();
+    TAClient *client = TAContextDatabase::createClientInContext(db.context());
     client->setFullNameValue(QStringLiteral("Ada Brennan"));
     client->setEmailValue(QStringLiteral("ada@b.example"));
     invoice->setClient(client);

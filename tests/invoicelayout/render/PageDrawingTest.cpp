@@ -41,7 +41,7 @@ TEST(BackgroundGeometry, GradientAnglesCountUpwardsOnThePage) {
 class PageDrawingTest : public RenderFixture {
 protected:
     QImage drawn(LMInvoiceTemplateClass *design) {
-        TAInvoice *invoice = db.createInvoice();
+        TAInvoice *invoice = TAContextDatabase::createInvoiceInContext(db.context());
         invoice->setInvoiceTemplate(design);
         return LMInvoiceOutput::renderPage(invoice, 1);
     }
@@ -80,12 +80,13 @@ TEST_F(PageDrawingTest, BackgroundsFallBackToWhiteAndDrawNothingWithoutAPicture)
 
 TEST_F(PageDrawingTest, AnInvoiceWithoutTemplateGetsTheFirstOneForOutput) {
     LMInvoiceTemplateClass *design = newTemplate(2);
-    TAInvoice *invoice = db.createInvoice();
+    TAInvoice *invoice = TAContextDatabase::createInvoiceInContext(db.context());
     invoice->setInvoiceTemplate(nullptr);
     EXPECT_EQ(LMInvoiceOutput::pageCount(invoice), 1) << "one blank page";
     LMInvoiceOutput::assignFirstTemplateIfNone(invoice);
     ASSERT_NE(invoice->invoiceTemplate(), nullptr);
-    EXPECT_EQ(invoice->invoiceTemplate(), db.getTemplates().first());
+    EXPECT_EQ(invoice->invoiceTemplate(),
+              TAContextDatabase::getTemplatesInContext(db.context()).first());
     invoice->setInvoiceTemplate(design);
     LMInvoiceOutput::assignFirstTemplateIfNone(invoice);
     EXPECT_EQ(invoice->invoiceTemplate(), design) << "a template is kept";
@@ -96,7 +97,7 @@ TEST_F(PageDrawingTest, AnInvoiceWithoutTemplateGetsTheFirstOneForOutput) {
 TEST_F(PageDrawingTest, OnScreenPagesLieApartOnTheDeskAndComeFromTheCachedPicture) {
     LMInvoiceTemplateClass *design = newTemplate(2);
     element(page(design, 1), 10, QRectF(0, 0, 595, 842));
-    TAInvoice *invoice = db.createInvoice();
+    TAInvoice *invoice = TAContextDatabase::createInvoiceInContext(db.context());
     LMInvoiceView view;
     view.setInvoice(invoice);
     view.setTemplate(design);

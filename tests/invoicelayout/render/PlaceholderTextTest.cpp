@@ -8,10 +8,10 @@ class PlaceholderTextTest : public RenderFixture {
 protected:
     void SetUp() override {
         RenderFixture::SetUp();
-        invoice = db.createInvoice();
+        invoice = TAContextDatabase::createInvoiceInContext(db.context());
         invoice->setIdentification(QStringLiteral("2042"));
         invoice->setDate(QDateTime(QDate(2026, 3, 1), QTime(12, 0), Qt::UTC));
-        client = db.createClient();
+        client = TAContextDatabase::createClientInContext(db.context());
         client->setFullNameValue(QStringLiteral("Ada Brennan"));
         invoice->setClient(client);
     }

@@ -36,13 +36,13 @@ protected:
         context = std::make_unique<ManagedObjectContext>(store.value());
         db.setDocument(&document);
         db.setContext(context.get());
-        TACurrency *usd = db.createCurrency();
+        TACurrency *usd = TAContextDatabase::createCurrencyInContext(db.context());
         usd->setCode(QStringLiteral("USD"));
         usd->setIsDefault(true);
         prefs()->setTaxesEnabled(true);
     }
 
-    TAPreferences *prefs() { return db.getPreferences(); }
+    TAPreferences *prefs() { return TAContextDatabase::getPreferencesInContext(db.context()); }
 
     static LMTextAttributes plain(double size = 10) {
         LMTextAttributes attributes;
@@ -98,7 +98,7 @@ protected:
     }
 
     TAInvoice *invoiceWithItems(int count, LMInvoiceTemplateClass *invoiceTemplate) {
-        TAInvoice *invoice = db.createInvoice();
+        TAInvoice *invoice = TAContextDatabase::createInvoiceInContext(db.context());
         invoice->setIdentification(QStringLiteral("INV-7"));
         invoice->setInvoiceTemplate(invoiceTemplate);
         for (int i = 1; i <= count; ++i)
@@ -107,7 +107,7 @@ protected:
     }
     TAMaterial *addItem(TAInvoice *invoice, const QString &name, const char *price,
                         const char *tax = "0", const QString &taxName = {}) {
-        TAMaterial *item = db.createMaterial();
+        TAMaterial *item = TAContextDatabase::createMaterialInContext(db.context());
         item->setName(name);
         item->setQuantity(Decimal::fromString(QStringLiteral("1")));
         item->setPrice(Decimal::fromString(QString::fromLatin1(price)));

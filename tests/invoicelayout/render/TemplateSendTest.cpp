@@ -30,9 +30,10 @@ private:
 class TemplateSendTest : public RenderFixture {
 protected:
     LMInvoiceTemplateClass *builtIn(const QString &name) {
-        if (db.getTemplates().isEmpty())
+        if (TAContextDatabase::getTemplatesInContext(db.context()).isEmpty())
             LMBuiltInTemplates::seedBuiltInTemplates(context.get());
-        for (LMInvoiceTemplateClass *invoiceTemplate : db.getTemplates())
+        for (LMInvoiceTemplateClass *invoiceTemplate :
+             TAContextDatabase::getTemplatesInContext(db.context()))
             if (invoiceTemplate->name() == name)
                 return invoiceTemplate;
         return nullptr;
@@ -59,7 +60,7 @@ TEST_F(TemplateSendTest, TheTemplatePrintsEveryPageOnceWithItsTagsAsWritten) {
     ASSERT_EQ(design->pages().size(), 2);
     // An invoice on the same design must not leak its values into the template's drawing.
     TAInvoice *invoice = invoiceWithItems(40, design);
-    TAClient *client = db.createClient();
+    TAClient *client = TAContextDatabase::createClientInContext(db.context());
     client->setFullNameValue(QStringLiteral("Ada Brennan"));
     invoice->setClient(client);
     ASSERT_GT(LMInvoiceOutput::pageCount(invoice), 2);

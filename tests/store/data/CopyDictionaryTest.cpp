@@ -21,18 +21,19 @@ class CopyDictionaryTest : public DataFixture {
 protected:
     // A project of a client with a timer (two intervals) and a material.
     TAProject *makeProject() {
-        client = db().createClient();
+        client = TAContextDatabase::createClientInContext(db().context());
         client->setFullNameValue(QStringLiteral("Ada"));
-        TAProject *project = db().createProject();
+        TAProject *project = TAContextDatabase::createProjectInContext(db().context());
         project->setName(QStringLiteral("Site"));
         project->setClient(client);
-        timer = db().createTimer();
+        timer = TAContextDatabase::createTimerInContext(db().context());
         timer->setName(QStringLiteral("Design"));
         timer->setSeconds(3600);
         timer->setProject(project);
         for (int i = 0; i < 2; ++i)
-            db().createTimerInterval()->setTimerRelationship(timer);
-        TAMaterial *material = db().createMaterial();
+            TAContextDatabase::createTimerIntervalInContext(db().context())
+                ->setTimerRelationship(timer);
+        TAMaterial *material = TAContextDatabase::createMaterialInContext(db().context());
         material->setQuantity(Decimal::fromString(u"2.5"));
         material->setProject(project);
         return project;
@@ -86,9 +87,9 @@ TEST_F(CopyDictionaryTest, ProjectCopyWithinDocumentCopiesItemsDeeplyAndLinksThe
 
 TEST_F(CopyDictionaryTest, PasteIntoAnotherDocumentDropsForeignLinks) {
     TAProject *project = makeProject();
-    TACurrency *euro = db().createCurrency();
+    TACurrency *euro = TAContextDatabase::createCurrencyInContext(db().context());
     client->setCurrencyRelationship(euro);
-    TAInvoice *invoice = db().createInvoice();
+    TAInvoice *invoice = TAContextDatabase::createInvoiceInContext(db().context());
     timer->setInvoice(invoice);
 
     auto other = openSecondDocument();
@@ -118,11 +119,13 @@ TEST_F(CopyDictionaryTest, PasteIntoAnotherDocumentDropsForeignLinks) {
 TEST_F(CopyDictionaryTest, InvoiceNumbersAndTemplateOfCopies) {
     doc->addTemplate(QStringLiteral("Plain"));
     doc->addTemplate(QStringLiteral("Fancy"));
-    const QList<LMInvoiceTemplateClass *> templates = db().getTemplates();
+    const QList<LMInvoiceTemplateClass *> templates =
+        TAContextDatabase::getTemplatesInContext(db().context());
     ASSERT_EQ(templates.size(), 2);
 
-    db().getPreferences()->setNextInvoiceNumber(QStringLiteral("2024-7"));
-    TAInvoice *source = db().createInvoice();
+    TAContextDatabase::getPreferencesInContext(db().context())
+        ->setNextInvoiceNumber(QStringLiteral("2024-7"));
+    TAInvoice *source = TAContextDatabase::createInvoiceInContext(db().context());
     EXPECT_EQ(source->identification(), "2024-7");
     source->setIdentification(QStringLiteral("A-1"));
     source->setInvoiceTemplate(templates[1]);
@@ -142,7 +145,7 @@ TEST_F(CopyDictionaryTest, InvoiceNumbersAndTemplateOfCopies) {
     EXPECT_EQ(numbered->identification(), "2024-7");
     EXPECT_TRUE(numbered->isNullForKey(K::status)); // a missing key clears the attribute
 
-    db().getPreferences()->setNextInvoiceNumber(QString());
+    TAContextDatabase::getPreferencesInContext(db().context())->setNextInvoiceNumber(QString());
     auto *unnumbered = dynamic_cast<TAInvoice *>(db().objectFromCopyDictionary(dictionary));
     EXPECT_TRUE(unnumbered->isNullForKey(K::identification));
 
@@ -184,14 +187,14 @@ TEST_F(CopyDictionaryTest, ConvertingConstructorsBetweenItemsAndCatalogue) {
 }
 
 TEST_F(CopyDictionaryTest, CacheKnowsOnlyLinkTargetsAndStaysUntilCleared) {
-    TAProject *project = db().createProject();
+    TAProject *project = TAContextDatabase::createProjectInContext(db().context());
     LMInvoiceTemplateClass *tmpl = doc->addTemplate(QStringLiteral("Plain"));
     EXPECT_EQ(db().cachedObjectForEntity("Project", project->uriText()), project);
     EXPECT_EQ(db().cachedObjectForEntity("InvoiceTemplate", tmpl->uriText()), nullptr);
     EXPECT_EQ(db().cachedObjectForEntity(QString(), project->uriText()), nullptr);
     EXPECT_EQ(db().cachedObjectForEntity("Project", QString()), nullptr);
 
-    TAProject *later = db().createProject();
+    TAProject *later = TAContextDatabase::createProjectInContext(db().context());
     EXPECT_EQ(db().cachedObjectForEntity("Project", later->uriText()), nullptr);
     db().clearCache();
     EXPECT_EQ(db().cachedObjectForEntity("Project", later->uriText()), later);

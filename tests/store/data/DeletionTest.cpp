@@ -24,13 +24,13 @@ struct ProjectWithItems {
 
 ProjectWithItems makeProject(TADatabase &db) {
     ProjectWithItems p{};
-    p.project = db.createProject();
-    p.running = db.createTimer();
+    p.project = TAContextDatabase::createProjectInContext(db.context());
+    p.running = TAContextDatabase::createTimerInContext(db.context());
     p.running->setProject(p.project);
-    p.material = db.createMaterial();
+    p.material = TAContextDatabase::createMaterialInContext(db.context());
     p.material->setProject(p.project);
-    p.invoice = db.createInvoice();
-    p.invoiced = db.createTimer();
+    p.invoice = TAContextDatabase::createInvoiceInContext(db.context());
+    p.invoiced = TAContextDatabase::createTimerInContext(db.context());
     p.invoiced->setProject(p.project);
     p.invoiced->setInvoice(p.invoice);
     return p;
@@ -48,9 +48,9 @@ TEST_F(DeletionTest, ProjectTakesItsUninvoicedItemsAndStopsItsTimers) {
         const int refreshes = doc->hooks.refreshes;
 
         if (many)
-            db().deleteObjects({p.project});
+            TAContextDatabase::deleteObjects({p.project}, db().context());
         else
-            db().deleteObject(p.project);
+            TAContextDatabase::deleteObject(p.project, db().context());
 
         EXPECT_TRUE(gone(p.project));
         EXPECT_TRUE(gone(p.running));
@@ -67,9 +67,9 @@ TEST_F(DeletionTest, ProjectTakesItsUninvoicedItemsAndStopsItsTimers) {
 
 TEST_F(DeletionTest, InvoiceLeavesItsItemsAndTakesItsPayments) {
     ProjectWithItems p = makeProject(db());
-    TAPayment *payment = db().createPayment();
+    TAPayment *payment = TAContextDatabase::createPaymentInContext(db().context());
     payment->setInvoiceRelationship(p.invoice);
-    db().deleteObject(p.invoice);
+    TAContextDatabase::deleteObject(p.invoice, db().context());
     EXPECT_TRUE(gone(p.invoice));
     EXPECT_TRUE(gone(payment));
     EXPECT_FALSE(gone(p.invoiced));
@@ -80,48 +80,50 @@ TEST_F(DeletionTest, InvoiceLeavesItsItemsAndTakesItsPayments) {
     // while the fixture was built already told the pool to forget it: start counting here.)
     app.removed.clear();
     app.active = {p.running};
-    db().deleteObject(p.running);
+    TAContextDatabase::deleteObject(p.running, db().context());
     EXPECT_EQ(app.removed, QList<ManagedObject *>({p.running}));
-    db().deleteObject(nullptr);
-    db().deleteObjects({nullptr});
+    TAContextDatabase::deleteObject(nullptr, db().context());
+    TAContextDatabase::deleteObjects({nullptr}, db().context());
 }
 
 TEST_F(DeletionTest, TemplateHandsItsInvoicesToTheFirstRemainingOne) {
     doc->addTemplate("One");
     doc->addTemplate("Two");
     doc->addTemplate("Three");
-    const QList<LMInvoiceTemplateClass *> templates = db().getTemplates();
+    const QList<LMInvoiceTemplateClass *> templates =
+        TAContextDatabase::getTemplatesInContext(db().context());
     ASSERT_EQ(templates.size(), 3);
-    TAInvoice *a = db().createInvoice();
-    TAInvoice *b = db().createInvoice();
+    TAInvoice *a = TAContextDatabase::createInvoiceInContext(db().context());
+    TAInvoice *b = TAContextDatabase::createInvoiceInContext(db().context());
     a->setInvoiceTemplate(templates[0]);
     b->setInvoiceTemplate(templates[0]);
 
-    db().deleteObject(templates[0]);
+    TAContextDatabase::deleteObject(templates[0], db().context());
     EXPECT_EQ(doc->hooks.templatesRemoved, QList<ManagedObject *>({templates[0]}));
-    const QList<LMInvoiceTemplateClass *> left = db().getTemplates();
+    const QList<LMInvoiceTemplateClass *> left =
+        TAContextDatabase::getTemplatesInContext(db().context());
     ASSERT_EQ(left.size(), 2);
     EXPECT_EQ(a->invoiceTemplate(), left.first());
     EXPECT_EQ(b->invoiceTemplate(), left.first());
 
-    db().deleteObjects({left[0], left[1]});
-    EXPECT_TRUE(db().getTemplates().isEmpty());
+    TAContextDatabase::deleteObjects({left[0], left[1]}, db().context());
+    EXPECT_TRUE(TAContextDatabase::getTemplatesInContext(db().context()).isEmpty());
     EXPECT_EQ(a->invoiceTemplate(), nullptr);
 }
 
 TEST_F(DeletionTest, UnassignedTimersAreRemovedAndStopped) {
-    TATimer *loose = db().createTimer();
-    TATimer *onProject = db().createTimer();
-    onProject->setProject(db().createProject());
-    TATimer *onInvoice = db().createTimer();
-    onInvoice->setInvoice(db().createInvoice());
+    TATimer *loose = TAContextDatabase::createTimerInContext(db().context());
+    TATimer *onProject = TAContextDatabase::createTimerInContext(db().context());
+    onProject->setProject(TAContextDatabase::createProjectInContext(db().context()));
+    TATimer *onInvoice = TAContextDatabase::createTimerInContext(db().context());
+    onInvoice->setInvoice(TAContextDatabase::createInvoiceInContext(db().context()));
     app.active = {loose};
     app.removed.clear(); // putting onInvoice on an invoice already told the pool to forget it
 
-    db().deleteUnassignedTimers();
+    TAContextDatabase::deleteUnassignedTimersInContext(db().context());
     EXPECT_TRUE(gone(loose));
     EXPECT_FALSE(gone(onProject));
     EXPECT_FALSE(gone(onInvoice));
     EXPECT_EQ(app.removed, QList<ManagedObject *>({loose}));
-    EXPECT_EQ(db().getTimers().size(), 2);
+    EXPECT_EQ(TAContextDatabase::getTimersInContext(db().context()).size(), 2);
 }

@@ -38,31 +38,34 @@ struct LocaleGuard {
 } // namespace
 
 TEST_F(LookupTest, ProjectsSortNaturallyAndFilterByStatusAndClient) {
-    TAClient *client = db().createClient();
+    TAClient *client = TAContextDatabase::createClientInContext(db().context());
     const QStringList created{"Item 10", "item 2", "Item 1", "alpha"};
     for (int i = 0; i < created.size(); ++i) {
-        TAProject *project = db().createProject();
+        TAProject *project = TAContextDatabase::createProjectInContext(db().context());
         project->setName(created[i]);
         project->setStatus(i % 3 + 1); // 1, 2, 3, 1
         if (i < 2)
             project->setClient(client);
     }
-    EXPECT_EQ(values(db().getProjectsSortedByName()),
+    EXPECT_EQ(values(TAContextDatabase::getProjectsSortedByNameInContext(db().context())),
               QStringList({"alpha", "Item 1", "item 2", "Item 10"}));
-    EXPECT_EQ(db().getProjects().size(), 4);
-    EXPECT_EQ(db().getActiveProjects().size(), 3); // drafts count as active
-    EXPECT_EQ(values(db().getProjectsWithStatus(2)), QStringList({"item 2"}));
-    EXPECT_EQ(values(db().getProjectsWithStatus(1, client)), QStringList({"Item 10"}));
-    EXPECT_EQ(db().getProjectsWithClient(client).size(), 2);
-    EXPECT_EQ(db().getProjectsWithClient(nullptr).size(), 2);
+    EXPECT_EQ(TAContextDatabase::getProjectsInContext(db().context()).size(), 4);
+    EXPECT_EQ(TAContextDatabase::getActiveProjectsInContext(db().context()).size(),
+              3); // drafts count as active
+    EXPECT_EQ(values(TAContextDatabase::getProjectsWithStatus(2, db().context())),
+              QStringList({"item 2"}));
+    EXPECT_EQ(values(TAContextDatabase::getProjectsWithStatus(1, client, db().context())),
+              QStringList({"Item 10"}));
+    EXPECT_EQ(TAContextDatabase::getProjectsWithClient(client, db().context()).size(), 2);
+    EXPECT_EQ(TAContextDatabase::getProjectsWithClient(nullptr, db().context()).size(), 2);
     // Each project was made with its created-record and a sidebar refresh.
     EXPECT_EQ(doc->hooks.refreshes, 4);
 }
 
 TEST_F(LookupTest, InvoiceRequestsNarrowByRelationAndFallBack) {
-    TAProject *project = db().createProject();
-    TAClient *client = db().createClient();
-    TACurrency *currency = db().createCurrency();
+    TAProject *project = TAContextDatabase::createProjectInContext(db().context());
+    TAClient *client = TAContextDatabase::createClientInContext(db().context());
+    TACurrency *currency = TAContextDatabase::createCurrencyInContext(db().context());
     struct Row {
         const char *number;
         bool archived;
@@ -76,7 +79,7 @@ TEST_F(LookupTest, InvoiceRequestsNarrowByRelationAndFallBack) {
                         {"10", false, 2, 9, false},
                         {"4", true, 2, 1, true}};
     for (const Row &row : rows) {
-        TAInvoice *invoice = db().createInvoice();
+        TAInvoice *invoice = TAContextDatabase::createInvoiceInContext(db().context());
         invoice->setIdentification(QString::fromLatin1(row.number));
         invoice->setArchived(row.archived);
         invoice->setStatus(row.status);
@@ -86,69 +89,89 @@ TEST_F(LookupTest, InvoiceRequestsNarrowByRelationAndFallBack) {
         else
             invoice->setClient(client);
     }
-    db().createRecurringInvoice()->setIdentification(QStringLiteral("R"));
+    TAContextDatabase::createRecurringInvoiceInContext(db().context())
+        ->setIdentification(QStringLiteral("R"));
 
-    EXPECT_EQ(db().getInvoices().size(), 5); // no recurring invoice
-    EXPECT_EQ(db().fetchEntity("Invoice", "allInvoices", true).size(), 6);
-    EXPECT_EQ(db().getRecurringInvoices().size(), 1);
-    EXPECT_EQ(values(db().getInvoicesSortedByDueDateInArchive(false), TAKey::identification),
+    EXPECT_EQ(TAContextDatabase::getInvoicesInContext(db().context()).size(),
+              5); // no recurring invoice
+    EXPECT_EQ(TAContextDatabase::fetchEntity("Invoice", "allInvoices", true, db().context()).size(),
+              6);
+    EXPECT_EQ(TAContextDatabase::getRecurringInvoicesInContext(db().context()).size(), 1);
+    EXPECT_EQ(values(TAContextDatabase::getInvoicesSortedByDueDateInArchive(false, db().context()),
+                     TAKey::identification),
               QStringList({"1", "10", "2", "3"}));
-    EXPECT_EQ(
-        values(db().getInvoicesSortedByDueDateInArchive(false, project), TAKey::identification),
-        QStringList({"1", "3"}));
-    EXPECT_EQ(
-        values(db().getInvoicesSortedByDueDateInArchive(false, client), TAKey::identification),
-        QStringList({"10", "2"}));
-    EXPECT_EQ(db().getInvoicesInArchive(false, currency).size(), 4); // not a relation
-    EXPECT_EQ(db().getInvoicesInArchive(false, nullptr).size(), 4);
-    EXPECT_EQ(
-        values(db().getInvoicesSortedByDueDateInArchive(true, 2, project), TAKey::identification),
-        QStringList({"4"}));
-    EXPECT_EQ(db().getInvoicesInArchive(false, 2, client).size(), 2);
-    EXPECT_EQ(db().getInvoicesInArchive(false, 2, currency).size(), 3);
-    EXPECT_EQ(db().getInvoicesSortedByDueDate().size(), 5);
+    EXPECT_EQ(values(TAContextDatabase::getInvoicesSortedByDueDateInArchive(false, project,
+                                                                            db().context()),
+                     TAKey::identification),
+              QStringList({"1", "3"}));
+    EXPECT_EQ(values(TAContextDatabase::getInvoicesSortedByDueDateInArchive(false, client,
+                                                                            db().context()),
+                     TAKey::identification),
+              QStringList({"10", "2"}));
+    EXPECT_EQ(TAContextDatabase::getInvoicesInArchive(false, currency, db().context()).size(),
+              4); // not a relation
+    EXPECT_EQ(TAContextDatabase::getInvoicesInArchive(false, nullptr, db().context()).size(), 4);
+    EXPECT_EQ(values(TAContextDatabase::getInvoicesSortedByDueDateInArchive(true, 2, project,
+                                                                            db().context()),
+                     TAKey::identification),
+              QStringList({"4"}));
+    EXPECT_EQ(TAContextDatabase::getInvoicesInArchive(false, 2, client, db().context()).size(), 2);
+    EXPECT_EQ(TAContextDatabase::getInvoicesInArchive(false, 2, currency, db().context()).size(),
+              3);
+    EXPECT_EQ(TAContextDatabase::getInvoicesSortedByDueDateInContext(db().context()).size(), 5);
 
-    EXPECT_TRUE(db().fetchEntity("Invoice", "noSuchRequest").isEmpty());
-    EXPECT_TRUE(db().fetchEntity("NoSuchEntity", "allInvoices").isEmpty());
+    EXPECT_TRUE(
+        TAContextDatabase::fetchEntity("Invoice", "noSuchRequest", db().context()).isEmpty());
+    EXPECT_TRUE(
+        TAContextDatabase::fetchEntity("NoSuchEntity", "allInvoices", db().context()).isEmpty());
     TADatabase detached;
-    EXPECT_TRUE(detached.getInvoices().isEmpty());
-    EXPECT_EQ(detached.createInvoice(), nullptr);
+    EXPECT_TRUE(TAContextDatabase::getInvoicesInContext(detached.context()).isEmpty());
+    EXPECT_EQ(TAContextDatabase::createInvoiceInContext(detached.context()), nullptr);
     EXPECT_EQ(detached.getDefaultCurrency(), nullptr);
 }
 
 TEST_F(LookupTest, TimersByUpdateDateAndScansByCodeAndTax) {
     for (int d = 1; d <= 4; ++d) {
-        TATimer *timer = db().createTimer();
+        TATimer *timer = TAContextDatabase::createTimerInContext(db().context());
         timer->setName(QString::number(d));
         timer->setUpdateDate(day(d));
         if (d == 4)
-            timer->setInvoice(db().createInvoice());
+            timer->setInvoice(TAContextDatabase::createInvoiceInContext(db().context()));
     }
-    EXPECT_EQ(values(db().getAllTimersByUpdateDateWithLimit(2)), QStringList({"4", "3"}));
-    EXPECT_EQ(values(db().getAllUninvoicedTimersByUpdateDateWithLimit(2)), QStringList({"3", "2"}));
-    EXPECT_EQ(db().getAllTimersByUpdateDate().size(), 4);
+    EXPECT_EQ(values(TAContextDatabase::getAllTimersByUpdateDateWithLimit(2, db().context())),
+              QStringList({"4", "3"}));
+    EXPECT_EQ(
+        values(TAContextDatabase::getAllUninvoicedTimersByUpdateDateWithLimit(2, db().context())),
+        QStringList({"3", "2"}));
+    EXPECT_EQ(TAContextDatabase::getAllTimersByUpdateDateInContext(db().context()).size(), 4);
 
-    TACurrency *euro = db().createCurrency();
+    TACurrency *euro = TAContextDatabase::createCurrencyInContext(db().context());
     euro->setCode(QStringLiteral("EUR"));
-    EXPECT_EQ(db().getCurrencyWithCode("EUR"), euro);
-    EXPECT_EQ(db().getCurrencyWithCode("eur"), nullptr);
-    EXPECT_EQ(db().getCurrencyWithCode(QString()), nullptr);
+    EXPECT_EQ(TAContextDatabase::getCurrencyWithCode("EUR", db().context()), euro);
+    EXPECT_EQ(TAContextDatabase::getCurrencyWithCode("eur", db().context()), nullptr);
+    EXPECT_EQ(TAContextDatabase::getCurrencyWithCode(QString(), db().context()), nullptr);
 
-    TATax *unnamed = db().createTax();
+    TATax *unnamed = TAContextDatabase::createTaxInContext(db().context());
     unnamed->setValue(Decimal::fromString(u"0.20"));
-    TATax *vat = db().createTax();
+    TATax *vat = TAContextDatabase::createTaxInContext(db().context());
     vat->setName(QStringLiteral("VAT"));
     vat->setValue(Decimal::fromString(u"0.2"));
-    EXPECT_EQ(db().getTaxWithName("VAT", Decimal::fromString(u"0.2")), vat);
-    EXPECT_EQ(db().getTaxWithName("", Decimal::fromString(u"0.2")), unnamed);
-    EXPECT_EQ(db().getTaxWithName(QString(), Decimal::fromString(u"0.2")), unnamed);
-    EXPECT_EQ(db().getTaxWithName("VAT", Decimal::fromString(u"0.1")), nullptr);
-    EXPECT_EQ(db().getTaxWithName("VAT", Decimal::notANumber()), nullptr);
+    EXPECT_EQ(TAContextDatabase::getTaxWithName("VAT", Decimal::fromString(u"0.2"), db().context()),
+              vat);
+    EXPECT_EQ(TAContextDatabase::getTaxWithName("", Decimal::fromString(u"0.2"), db().context()),
+              unnamed);
+    EXPECT_EQ(
+        TAContextDatabase::getTaxWithName(QString(), Decimal::fromString(u"0.2"), db().context()),
+        unnamed);
+    EXPECT_EQ(TAContextDatabase::getTaxWithName("VAT", Decimal::fromString(u"0.1"), db().context()),
+              nullptr);
+    EXPECT_EQ(TAContextDatabase::getTaxWithName("VAT", Decimal::notANumber(), db().context()),
+              nullptr);
 }
 
 TEST_F(LookupTest, DefaultCurrencyRepairsOnceAndLeavesTheStoreAlone) {
-    TACurrency *first = db().createCurrency();
-    TACurrency *second = db().createCurrency();
+    TACurrency *first = TAContextDatabase::createCurrencyInContext(db().context());
+    TACurrency *second = TAContextDatabase::createCurrencyInContext(db().context());
     first->setIsDefault(true);
     second->setIsDefault(true);
     ASSERT_TRUE(ctx()->save().ok());
@@ -180,51 +203,53 @@ TEST_F(LookupTest, NewDefaultCurrencyFormsTakeCodeAndTitleFromOppositeLocales) {
     TAContextDatabase::createCurrencyInContext(other->context.get())->setIsDefault(true);
     TAContextDatabase::getDefaultCurrencyInContext(other->context.get());
     int defaults = 0;
-    for (TACurrency *c : other->database.getCurrencies())
+    for (TACurrency *c : TAContextDatabase::getCurrenciesInContext(other->database.context()))
         defaults += c->isDefault();
     EXPECT_EQ(defaults, 2);
 
-    EXPECT_THROW(TAContextDatabase::getDefaultCurrencyInContext(nullptr),
-                 TAContextDatabaseNoContext);
-    EXPECT_THROW(TAContextDatabase::createHistoryInContext(nullptr), TAContextDatabaseNoContext);
+    EXPECT_EQ(TAContextDatabase::getDefaultCurrencyInContext(nullptr), nullptr);
+    EXPECT_EQ(TAContextDatabase::createHistoryInContext(nullptr), nullptr);
+    EXPECT_EQ(TAContextDatabase::createHistoryWithCurrentDateInContext(nullptr), nullptr);
     EXPECT_TRUE(TAContextDatabase::getProjectsInContext(nullptr).isEmpty());
     EXPECT_EQ(TAContextDatabase::createProjectInContext(nullptr), nullptr);
 }
 
 TEST_F(LookupTest, CurrencyRateRowsAreMadeOncePerOrderedPair) {
-    TACurrency *euro = db().createCurrency();
-    TACurrency *dollar = db().createCurrency();
-    EXPECT_EQ(db().getCurrencyRateFromCurrency(euro, euro), nullptr);
-    EXPECT_EQ(db().getCurrencyRateFromCurrency(euro, nullptr), nullptr);
-    EXPECT_TRUE(db().fetchEntityCustom("CurrencyRate").isEmpty());
+    TACurrency *euro = TAContextDatabase::createCurrencyInContext(db().context());
+    TACurrency *dollar = TAContextDatabase::createCurrencyInContext(db().context());
+    EXPECT_EQ(TAContextDatabase::getCurrencyRateFromCurrency(euro, euro, db().context()), nullptr);
+    EXPECT_EQ(TAContextDatabase::getCurrencyRateFromCurrency(euro, nullptr, db().context()),
+              nullptr);
+    EXPECT_TRUE(TAContextDatabase::fetchEntity("CurrencyRate", db().context()).isEmpty());
 
-    TACurrencyRate *rate = db().getCurrencyRateFromCurrency(euro, dollar);
+    TACurrencyRate *rate =
+        TAContextDatabase::getCurrencyRateFromCurrency(euro, dollar, db().context());
     ASSERT_NE(rate, nullptr);
     EXPECT_EQ(rate->currFrom(), euro);
     EXPECT_EQ(rate->oneFromInTo(), Decimal(1));
-    EXPECT_EQ(db().getCurrencyRateFromCurrency(euro, dollar), rate);
-    EXPECT_NE(db().getCurrencyRateFromCurrency(dollar, euro), rate);
-    EXPECT_EQ(db().fetchEntityCustom("CurrencyRate").size(), 2);
+    EXPECT_EQ(TAContextDatabase::getCurrencyRateFromCurrency(euro, dollar, db().context()), rate);
+    EXPECT_NE(TAContextDatabase::getCurrencyRateFromCurrency(dollar, euro, db().context()), rate);
+    EXPECT_EQ(TAContextDatabase::fetchEntity("CurrencyRate", db().context()).size(), 2);
 }
 
 TEST_F(LookupTest, LastProjectAndPreferencesAreFoundOrMade) {
-    TAPreferences *preferences = db().getPreferences();
+    TAPreferences *preferences = TAContextDatabase::getPreferencesInContext(db().context());
     ASSERT_NE(preferences, nullptr);
-    EXPECT_EQ(db().getPreferences(), preferences);
+    EXPECT_EQ(TAContextDatabase::getPreferencesInContext(db().context()), preferences);
     EXPECT_FALSE(doc->undo()->canUndo());
     EXPECT_EQ(doc->hooks.changeCounts, 1);
-    EXPECT_EQ(db().getLastProject(), nullptr);
+    EXPECT_EQ(TAContextDatabase::getLastProjectInContext(db().context()), nullptr);
 
-    TAProject *beta = db().createProject();
+    TAProject *beta = TAContextDatabase::createProjectInContext(db().context());
     beta->setName(QStringLiteral("Beta"));
-    TAProject *alpha = db().createProject();
+    TAProject *alpha = TAContextDatabase::createProjectInContext(db().context());
     alpha->setName(QStringLiteral("alpha"));
-    EXPECT_EQ(db().getLastProject(), alpha);
+    EXPECT_EQ(TAContextDatabase::getLastProjectInContext(db().context()), alpha);
     EXPECT_EQ(preferences->lastProjectID(), alpha->uriText());
 
     preferences->setLastProjectID(beta->uriText());
-    EXPECT_EQ(db().getLastProject(), beta);
+    EXPECT_EQ(TAContextDatabase::getLastProjectInContext(db().context()), beta);
     preferences->setLastProjectID(QStringLiteral("x-billfold://gone/Project/p9"));
-    EXPECT_EQ(db().getLastProject(), alpha);
+    EXPECT_EQ(TAContextDatabase::getLastProjectInContext(db().context()), alpha);
     EXPECT_EQ(preferences->lastProjectID(), alpha->uriText());
 }

@@ -7,7 +7,7 @@ class UndoControlTest : public DataFixture {
 protected:
     void SetUp() override {
         DataFixture::SetUp();
-        client = db().createClient();
+        client = TAContextDatabase::createClientInContext(db().context());
         ASSERT_TRUE(ctx()->save().ok());
         doc->undo()->removeAllActions();
     }

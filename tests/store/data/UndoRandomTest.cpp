@@ -112,7 +112,8 @@ private:
         return i < list.size() ? list[i] : nullptr;
     }
     template <class T> QList<T *> all(const QString &entity) {
-        return TAContextDatabase::objectsAs<T>(m_db.fetchEntityCustom(entity));
+        return TAContextDatabase::objectsAs<T>(
+            TAContextDatabase::fetchEntity(entity, m_db.context()));
     }
     // Every business object but the preferences and the currencies, which a lookup would
     // remake outside undo (invoice totals look up the default currency).
@@ -127,9 +128,12 @@ private:
 
     void insert() {
         const std::function<void()> makers[] = {
-            [this] { m_db.createClient(); },  [this] { m_db.createProject(); },
-            [this] { m_db.createTimer(); },   [this] { m_db.createMaterial(); },
-            [this] { m_db.createInvoice(); }, [this] { m_db.createTimerInterval(); }};
+            [this] { TAContextDatabase::createClientInContext(m_db.context()); },
+            [this] { TAContextDatabase::createProjectInContext(m_db.context()); },
+            [this] { TAContextDatabase::createTimerInContext(m_db.context()); },
+            [this] { TAContextDatabase::createMaterialInContext(m_db.context()); },
+            [this] { TAContextDatabase::createInvoiceInContext(m_db.context()); },
+            [this] { TAContextDatabase::createTimerIntervalInContext(m_db.context()); }};
         makers[pick(6)]();
     }
     void edit() {
@@ -154,33 +158,39 @@ private:
     }
     void remove() {
         if (TAObject *object = any(objects()))
-            m_db.deleteObject(object);
+            TAContextDatabase::deleteObject(object, m_db.context());
     }
     void relink() {
         TAItem *item = any(all<TAItem>(QStringLiteral("Item")));
-        TAInvoice *invoice = any(m_db.getInvoices());
-        TAProject *project = any(m_db.getProjects());
-        TATimerInterval *interval = any(m_db.getTimerIntervals());
+        TAInvoice *invoice = any(TAContextDatabase::getInvoicesInContext(m_db.context()));
+        TAProject *project = any(TAContextDatabase::getProjectsInContext(m_db.context()));
+        TATimerInterval *interval =
+            any(TAContextDatabase::getTimerIntervalsInContext(m_db.context()));
         switch (pick(5)) {
         case 0:
             if (item)
-                item->setProject(any(m_db.getProjects(), true));
+                item->setProject(
+                    any(TAContextDatabase::getProjectsInContext(m_db.context()), true));
             break;
         case 1:
             if (item)
-                item->setInvoice(any(m_db.getInvoices(), true));
+                item->setInvoice(
+                    any(TAContextDatabase::getInvoicesInContext(m_db.context()), true));
             break;
         case 2:
             if (invoice)
-                invoice->setClient(any(m_db.getClients(), true));
+                invoice->setClient(
+                    any(TAContextDatabase::getClientsInContext(m_db.context()), true));
             break;
         case 3:
             if (project)
-                project->setClient(any(m_db.getClients(), true));
+                project->setClient(
+                    any(TAContextDatabase::getClientsInContext(m_db.context()), true));
             break;
         default:
             if (interval)
-                interval->setTimerRelationship(any(m_db.getTimers(), true));
+                interval->setTimerRelationship(
+                    any(TAContextDatabase::getTimersInContext(m_db.context()), true));
         }
     }
 
@@ -194,7 +204,8 @@ TEST_F(DataFixture, RandomNamedCommandsUndoAndRedoToEachEarlierState) {
     // makes that stamp the same moment in every state.
     const ScopedFixedClock clock(QDateTime(QDate(2026, 3, 14), QTime(9, 30), Qt::UTC));
     // What the first invoice would make outside undo is made up front.
-    db().getPreferences()->setValueForKey(QStringLiteral("7"), TAKey::nextInvoiceNumber);
+    TAContextDatabase::getPreferencesInContext(db().context())
+        ->setValueForKey(QStringLiteral("7"), TAKey::nextInvoiceNumber);
     db().getDefaultCurrency(); // totals ask for it, and a lookup makes it outside undo
     doc->addTemplate(QStringLiteral("Plain"));
     ctx()->processPendingChanges();
