@@ -1,5 +1,6 @@
 #include "store/TACopyDictionary.h"
 
+#include "foundation/Check.h"
 #include "objectstore/EntityDescription.h"
 #include "objectstore/ManagedObjectContext.h"
 #include "store/TADatabase.h"
@@ -26,9 +27,9 @@ namespace K = TAKey;
 
 QVariantList relatedObjects(const ManagedObject *object, const QString &name) {
     QVariantList out;
+    // The names come from the entity's own list of relationships to copy.
     const RelationshipDescription *relationship = object->entity()->relationship(name);
-    if (!relationship)
-        return out;
+    BF_CHECK(relationship, return out);
     if (relationship->toMany) {
         for (ManagedObject *member : object->objectsForKey(name))
             out.append(QVariant::fromValue(member));
@@ -40,8 +41,7 @@ QVariantList relatedObjects(const ManagedObject *object, const QString &name) {
 
 void attach(ManagedObject *object, const QString &name, ManagedObject *target) {
     const RelationshipDescription *relationship = object->entity()->relationship(name);
-    if (!relationship)
-        return;
+    BF_CHECK(relationship, return);
     if (relationship->toMany)
         object->addObjectForKey(target, name);
     else

@@ -1,5 +1,6 @@
 #include "billing/currencies/TATaxList.h"
 
+#include "foundation/Check.h"
 #include "foundation/money/DecimalConstants.h"
 #include "foundation/money/OTConvert.h"
 #include "objectstore/ManagedObjectContext.h"
@@ -27,31 +28,28 @@ void TATaxList::post() {
 
 TATax *TATaxList::addTax(const QString &name, const QString &percentText) {
     TATax *tax = TAContextDatabase::createTaxInContext(m_database->context());
-    if (!tax)
-        return nullptr;
+    BF_CHECK(tax, return nullptr);
     tax->setName(name);
     tax->setValue(fractionFromPercentText(percentText));
     post();
     return tax;
 }
 
+// The table edits and removes only taxes it shows.
 void TATaxList::setTaxName(TATax *tax, const QString &name) {
-    if (!tax)
-        return;
+    BF_CHECK(tax, return);
     tax->setName(name);
     post();
 }
 
 void TATaxList::setTaxPercent(TATax *tax, const QString &percentText) {
-    if (!tax)
-        return;
+    BF_CHECK(tax, return);
     tax->setValue(fractionFromPercentText(percentText));
     post();
 }
 
 void TATaxList::removeTax(TATax *tax) {
-    if (!tax)
-        return;
+    BF_CHECK(tax, return);
     TAContextDatabase::deleteObject(tax, m_database->context());
     post();
 }

@@ -1,5 +1,6 @@
 #include "billing/items/TAItemRowEditing.h"
 
+#include "foundation/Check.h"
 #include "foundation/money/DecimalConstants.h"
 #include "foundation/money/MoneyLocale.h"
 #include "foundation/money/OTConvert.h"
@@ -32,8 +33,8 @@ Decimal TAItemRowEditing::taxFromField(const QString &text) {
 }
 
 void TAItemRowEditing::saveItemRow(TAItem *item, const TAItemRowInput &input, Row row) {
-    if (!item)
-        return;
+    // A row is edited only while it shows an item.
+    BF_CHECK(item, return);
     item->setSku(input.sku);
     item->setName(input.name);
     item->setDiscount(discountFromField(input.discount));
@@ -54,8 +55,7 @@ void TAItemRowEditing::saveItemRow(TAItem *item, const TAItemRowInput &input, Ro
 }
 
 void TAItemRowEditing::saveInventoryRow(TAInventory *entry, const TAItemRowInput &input) {
-    if (!entry)
-        return;
+    BF_CHECK(entry, return);
     entry->setSku(input.sku);
     entry->setName(input.name);
     entry->setDiscount(discountFromField(input.discount));

@@ -1,5 +1,6 @@
 #include "store/entities/LMInvoiceElementClass.h"
 
+#include "foundation/Check.h"
 #include "store/entities/EntityValues.h"
 #include "store/entities/LMInvoiceTemplateColumnClass.h"
 #include "store/entities/LMInvoiceTemplatePageClass.h"
@@ -427,9 +428,9 @@ QVariantMap LMInvoiceElementClass::getDescriptionDict() const {
 }
 
 void LMInvoiceElementClass::initWithDescriptionDictionary(const QVariantMap &dictionary) {
+    // Runs on an element just inserted for the description.
     ManagedObjectContext *context = managedObjectContext();
-    if (!context)
-        return;
+    BF_CHECK(context, return);
     setAttributesFromDictionary(dictionary);
     auto insert = [&](const QVariant &child) {
         auto *entry = context->insertNewObjectAs<LMInvoiceTemplateColumnClass>(

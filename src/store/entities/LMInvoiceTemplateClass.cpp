@@ -1,5 +1,6 @@
 #include "store/entities/LMInvoiceTemplateClass.h"
 
+#include "foundation/Check.h"
 #include "store/entities/EntityValues.h"
 #include "store/entities/LMInvoiceTemplatePageClass.h"
 #include "store/entities/TAInvoice.h"
@@ -155,9 +156,9 @@ void LMInvoiceTemplateClass::didChangeValueForKey(const QString &key) {
 }
 
 void LMInvoiceTemplateClass::updateAfterInsert() {
+    // Runs right after the context inserted the template.
     ManagedObjectContext *context = managedObjectContext();
-    if (!context)
-        return;
+    BF_CHECK(context, return);
     LMInvoiceTemplatePageClass *page = insertPage(context);
     page->setTag(0);
     page->setInvoiceTemplate(this);
@@ -334,9 +335,9 @@ QVariantMap LMInvoiceTemplateClass::getDescriptionDictionary() const {
 }
 
 void LMInvoiceTemplateClass::initWithDescriptionDictionary(const QVariantMap &dictionary) {
+    // Runs on a template just inserted for the description.
     ManagedObjectContext *context = managedObjectContext();
-    if (!context)
-        return;
+    BF_CHECK(context, return);
     setAttributesFromDictionary(dictionary);
     for (const QVariant &child : dictionary.value(TAKey::pages).toList()) {
         const QVariantMap pageDictionary = child.toMap();

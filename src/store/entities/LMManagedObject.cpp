@@ -1,5 +1,6 @@
 #include "store/entities/LMManagedObject.h"
 
+#include "foundation/Check.h"
 #include "objectstore/EntityDescription.h"
 #include "objectstore/ManagedObjectContext.h"
 #include "objectstore/UndoManager.h"
@@ -21,8 +22,8 @@ bool LMManagedObject::containsAttributeWithName(const QString &name) const {
 
 void LMManagedObject::copyFromManagedObject(const ManagedObject *source,
                                             const QStringList &excludeKeys) {
-    if (!source || !entity() || !source->entity())
-        return;
+    // Objects come from a context, which gives each its entity.
+    BF_CHECK(source && entity() && source->entity(), return);
     for (const AttributeDescription &attribute : entity()->attributes()) {
         if (attribute.transient || excludeKeys.contains(attribute.name))
             continue;
@@ -44,8 +45,7 @@ void LMManagedObject::copyFromManagedObject(const ManagedObject *source,
 
 void LMManagedObject::copyRelationshipsFromManagedObject(const ManagedObject *source,
                                                          const ReferenceTable &withReference) {
-    if (!source || !entity() || !source->entity())
-        return;
+    BF_CHECK(source && entity() && source->entity(), return);
     for (const RelationshipDescription &link : source->entity()->relationships()) {
         const RelationshipDescription *mine = entity()->relationship(link.name);
         if (!mine || mine->toMany != link.toMany)
@@ -63,8 +63,7 @@ void LMManagedObject::copyRelationshipsFromManagedObject(const ManagedObject *so
 
 QVariantMap LMManagedObject::attributeDictionary() const {
     QVariantMap out;
-    if (!entity())
-        return out;
+    BF_CHECK(entity(), return out);
     for (const AttributeDescription &attribute : entity()->attributes()) {
         if (attribute.transient || isNullForKey(attribute.name))
             continue;
@@ -74,8 +73,7 @@ QVariantMap LMManagedObject::attributeDictionary() const {
 }
 
 void LMManagedObject::setAttributesFromDictionary(const QVariantMap &dictionary) {
-    if (!entity())
-        return;
+    BF_CHECK(entity(), return);
     for (const AttributeDescription &attribute : entity()->attributes()) {
         const auto found = dictionary.constFind(attribute.name);
         if (found != dictionary.constEnd())
@@ -85,11 +83,13 @@ void LMManagedObject::setAttributesFromDictionary(const QVariantMap &dictionary)
 
 LMManagedObject *LMManagedObject::insertAttributeCopy() const {
     ManagedObjectContext *context = managedObjectContext();
-    if (!context || !entity())
+    if (!context) // deleted: nothing to copy into
         return nullptr;
+    BF_CHECK(entity(), return nullptr);
+    // The model makes every entity of the layout family an LMManagedObject.
     auto *copy = dynamic_cast<LMManagedObject *>(context->insertNewObject(entity()->name()));
-    if (copy)
-        copy->copyFromManagedObject(this, QStringList());
+    BF_CHECK(copy, return nullptr);
+    copy->copyFromManagedObject(this, QStringList());
     return copy;
 }
 

@@ -1,5 +1,6 @@
 #include "store/entities/TAItem.h"
 
+#include "foundation/Check.h"
 #include "foundation/dates/OTClock.h"
 #include "objectstore/EntityDescription.h"
 #include "objectstore/ManagedObjectContext.h"
@@ -181,9 +182,9 @@ TAItem *TAItem::copyAsKind(const QString &entityName) const {
     ManagedObjectContext *context = managedObjectContext();
     if (!context)
         return nullptr;
+    // Callers name an item entity of the model.
     auto *copy = context->insertNewObjectAs<TAItem>(entityName);
-    if (!copy)
-        return nullptr;
+    BF_CHECK(copy, return nullptr);
     copy->copyAttributesFromObject(this);
     copy->setInvoice(invoice());
     copy->setProject(project());

@@ -1,5 +1,6 @@
 #include "store/entities/TAObject.h"
 
+#include "foundation/Check.h"
 #include "objectstore/EntityDescription.h"
 #include "store/entities/EntityValues.h"
 #include "store/entities/TAHistory.h"
@@ -60,8 +61,8 @@ void TAObject::removeValueForProperty(const QString &key) {
 }
 
 void TAObject::copyAttributesFromObject(const ManagedObject *other) {
-    if (!other || !entity() || !other->entity())
-        return;
+    // Objects come from a context, which gives each its entity.
+    BF_CHECK(other && entity() && other->entity(), return);
     for (const AttributeDescription &attribute : entity()->attributes()) {
         if (attribute.transient || !other->entity()->attribute(attribute.name))
             continue;
