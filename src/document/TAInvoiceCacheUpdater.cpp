@@ -34,8 +34,11 @@ QVariantMap valueRecord(const TAInvoice *invoice) {
 
 QList<TAInvoice *> allInvoices(ManagedObjectContext *context) {
     // What the totals read, loaded table by table rather than link by link.
+    // A table that fails to load here is loaded link by link as the totals read it.
     for (const QString &entity : {TAEntity::Item, TAEntity::Currency, TAEntity::Preferences})
-        (void)context->loadEntity(entity);
+        if (auto loaded = context->loadEntity(entity); !loaded)
+            qWarning("Could not load %s ahead of the totals: %s", qUtf8Printable(entity),
+                     qUtf8Printable(loaded.error().message));
     QList<TAInvoice *> invoices = TAContextDatabase::getInvoicesInContext(context);
     for (TARecurringInvoice *recurring : TAContextDatabase::getRecurringInvoicesInContext(context))
         invoices.append(recurring);
@@ -147,7 +150,9 @@ bool TAInvoiceCacheUpdater::saveBeforeBackgroundRun() {
     // the worker then reads the older values, and the totals stay as they were until the
     // next change.
     makeDocumentSettings();
-    (void)context->save();
+    if (auto saved = context->save(); !saved)
+        qWarning("Totals are computed from the last saved values: %s",
+                 qUtf8Printable(saved.error().message));
     m_document.replaceRecordedModificationDate();
     return true;
 }

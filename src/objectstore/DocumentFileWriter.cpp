@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 
 namespace {
@@ -93,7 +94,10 @@ void syncFolder(const QString &path) {
     const int fd = ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (fd < 0)
         return;
-    (void)::fsync(fd);
+    // The file itself is safe already; only a crash right now could lose the new name.
+    if (::fsync(fd) != 0)
+        qWarning("Could not flush the folder of %s: %s", qUtf8Printable(path),
+                 std::strerror(errno));
     ::close(fd);
 }
 

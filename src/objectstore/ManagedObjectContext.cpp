@@ -594,7 +594,11 @@ Result<void> ManagedObjectContext::writeTransaction(SqliteConnection &db,
     if (written)
         written = db.exec(QStringLiteral("COMMIT"));
     if (!written) {
-        (void)db.exec(QStringLiteral("ROLLBACK"));
+        // The save's own error is what the caller shows; a failed rollback only leaves the
+        // transaction for SQLite to end when the connection closes.
+        if (auto rolledBack = db.exec(QStringLiteral("ROLLBACK")); !rolledBack)
+            qWarning("Rollback after a failed save failed: %s",
+                     qUtf8Printable(rolledBack.error().message));
         return Error{
             ErrorCode::WriteFailed,
             QStringLiteral("The document could not be saved (%1).").arg(written.error().message)};

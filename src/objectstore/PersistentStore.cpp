@@ -370,8 +370,11 @@ Result<std::unique_ptr<SqliteConnection>> PersistentStore::openConnection() cons
     auto connection = SqliteConnection::open(location, mode, uri);
     if (!connection)
         return openError(m_path, SQLITE_CANTOPEN, connection.error().message);
+    // Without it the file stays usable with SQLite's default; only a power cut could cost more.
     if (!isInMemory() && !m_readOnly)
-        (void)(*connection)->exec(QStringLiteral("PRAGMA synchronous=FULL"));
+        if (auto synced = (*connection)->exec(QStringLiteral("PRAGMA synchronous=FULL")); !synced)
+            qWarning("%s: writes are not flushed fully: %s", qUtf8Printable(m_path),
+                     qUtf8Printable(synced.error().message));
     sqlite3_busy_timeout((*connection)->handle(), m_busyTimeoutMs);
     return connection;
 }
@@ -380,7 +383,9 @@ Result<void> PersistentStore::initialise(SqliteConnection &connection, bool fres
     if (auto r = connection.exec(QStringLiteral("BEGIN IMMEDIATE")); !r)
         return r;
     auto fail = [&](const QString &message) -> Result<void> {
-        (void)connection.exec(QStringLiteral("ROLLBACK"));
+        if (auto rolledBack = connection.exec(QStringLiteral("ROLLBACK")); !rolledBack)
+            qWarning("Rollback after a failed set-up failed: %s",
+                     qUtf8Printable(rolledBack.error().message));
         return Error{ErrorCode::WriteFailed, message};
     };
     if (fresh) {

@@ -417,7 +417,10 @@ void TAInvoice::updateCachedValues() {
 }
 
 void TAInvoice::updateCachedValuesWithSettings(const TotalsSettings &settings) {
-    (void)refreshCachedValues(settings); // an overflow leaves the totals without a value
+    // An overflow leaves the totals without a value, which the invoice shows as such.
+    if (auto refreshed = refreshCachedValues(settings); !refreshed)
+        qWarning("Invoice %s has no totals: %s", qUtf8Printable(identification()),
+                 qUtf8Printable(refreshed.error().message));
 }
 
 Result<void> TAInvoice::refreshCachedValues(const TotalsSettings &settings) {
