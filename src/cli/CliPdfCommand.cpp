@@ -83,10 +83,10 @@ int CliPdfCommand::run(const QStringList &arguments, QTextStream &out, QTextStre
     if (!chooseTemplate(document, invoice, templateName))
         return usageError(err, QStringLiteral("no template named '%1'").arg(templateName));
     const QString target = parsed->value(QStringLiteral("-o"));
-    const LMInvoiceOutput::PdfResult result = LMInvoiceOutput::writePdf(invoice, target);
-    if (!result.ok)
-        return fail(err, target, result.error, CliExit::FileUnusable);
-    out << target << ": " << result.pages << (result.pages == 1 ? " page\n" : " pages\n");
+    const Result<int> pages = LMInvoiceOutput::writePdf(invoice, target);
+    if (!pages)
+        return fail(err, target, pages.error().message, CliExit::FileUnusable);
+    out << target << ": " << pages.value() << (pages.value() == 1 ? " page\n" : " pages\n");
     return CliExit::Ok;
 }
 
@@ -108,10 +108,10 @@ int CliPdfCommand::writeAll(CliDocument &document, const QString &folder,
             name.insert(name.size() - 4, QStringLiteral("-%1").arg(position));
         used.insert(name);
         const QString target = dir.filePath(name);
-        const LMInvoiceOutput::PdfResult result = LMInvoiceOutput::writePdf(invoice, target);
-        if (!result.ok)
-            return fail(err, target, result.error, CliExit::FileUnusable);
-        out << target << ": " << result.pages << (result.pages == 1 ? " page\n" : " pages\n");
+        const Result<int> pages = LMInvoiceOutput::writePdf(invoice, target);
+        if (!pages)
+            return fail(err, target, pages.error().message, CliExit::FileUnusable);
+        out << target << ": " << pages.value() << (pages.value() == 1 ? " page\n" : " pages\n");
     }
     return CliExit::Ok;
 }

@@ -67,15 +67,17 @@ QString OTVersionManager::modelForURL(const QString &path) const {
     return version ? version->model : QString();
 }
 
-std::unique_ptr<ManagedObjectContext>
+Result<std::unique_ptr<ManagedObjectContext>>
 OTVersionManager::managedObjectContextForURL(const QString &path) const {
     const auto version = versionInformationForURL(path);
     const ManagedObjectModel *model = version ? loadModel(version->model) : nullptr;
     if (!model)
-        return nullptr;
+        return Error{ErrorCode::FileNotADocument,
+                     QStringLiteral("“%1” is missing or not a document this version can open.")
+                         .arg(QFileInfo(path).fileName())};
     auto store = PersistentStore::open(path, *model);
     if (!store)
-        return nullptr;
+        return store.error();
     return std::make_unique<ManagedObjectContext>(*store);
 }
 

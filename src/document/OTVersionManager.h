@@ -50,9 +50,11 @@ public:
     std::optional<Version> versionInformationForURL(const QString &path) const;
     QString modelForURL(const QString &path) const;
 
-    // A context on the file with its recognised model, and the store it sits on; null at any
-    // failure. The store lives as long as the context's shared handle.
-    std::unique_ptr<ManagedObjectContext> managedObjectContextForURL(const QString &path) const;
+    // A context on the file with its recognised model, and the store it sits on; the reason
+    // the file could not be opened otherwise. The store lives as long as the context's shared
+    // handle.
+    Result<std::unique_ptr<ManagedObjectContext>>
+    managedObjectContextForURL(const QString &path) const;
 
     // Null for success and for nothing to do; otherwise the reason, with the file untouched.
     std::optional<Error> upgradeToTheLatestVersionURL(const QString &path) const;

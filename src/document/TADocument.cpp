@@ -7,6 +7,7 @@
 #include "document/TADocumentJobs.h"
 #include "document/TADocumentWindow.h"
 #include "document/TAInvoiceCacheUpdater.h"
+#include "foundation/Check.h"
 #include "foundation/OTFunctions.h"
 #include "foundation/TANotificationCenter.h"
 #include "objectstore/ManagedObjectContext.h"
@@ -262,18 +263,21 @@ void TADocument::updateInvoicesCache() {
     m_updater->updateInvoicesCache();
 }
 
-bool TADocument::replaceContentsWithCopyOfURL(const QString &path) {
-    std::unique_ptr<ManagedObjectContext> source =
+Result<void> TADocument::replaceContentsWithCopyOfURL(const QString &path) {
+    // Documents get their context when they are made.
+    BF_CHECK(m_context,
+             return Error{ErrorCode::Generic, QStringLiteral("The document is not open.")});
+    Result<std::unique_ptr<ManagedObjectContext>> source =
         versionManager().managedObjectContextForURL(path);
-    if (!source || !m_context)
-        return false;
+    if (!source)
+        return source.error();
     m_database.disableUndoRegistration();
     m_updater->resetCacheUpdater();
     m_context->reset();
-    OTVersionManager::copyAllObjectsFromContext(source.get(), m_context.get());
+    OTVersionManager::copyAllObjectsFromContext(source->get(), m_context.get());
     resetPreferences();
     m_database.enableUndoRegistration();
-    return true;
+    return {};
 }
 
 // --- Saving ---------------------------------------------------------------------------------

@@ -62,8 +62,8 @@ public:
 
     // Drops the document's unsaved contents and copies in every object of another file, which
     // is only read: how the sample business is offered without ever opening the sample
-    // itself. False when that file cannot be opened.
-    bool replaceContentsWithCopyOfURL(const QString &path);
+    // itself. The reason when that file cannot be opened.
+    Result<void> replaceContentsWithCopyOfURL(const QString &path);
 
     // Saving.
     bool isDocumentEdited() const { return m_changeCount != 0; }

@@ -64,20 +64,25 @@ QStringList LMBuiltInTemplates::templateNames() {
 std::unique_ptr<LMBuiltInTemplates::ResourceDocument> LMBuiltInTemplates::openResource() {
     initTemplateResources();
     auto store = PersistentStore::createInMemory(TADocModel::model());
-    if (!store.ok())
+    if (!store.ok()) {
+        qWarning().noquote() << "Built-in templates unavailable:" << store.error().message;
         return nullptr;
+    }
     auto document = std::make_unique<ResourceDocument>();
     document->store = store.value();
     document->context = std::make_unique<ManagedObjectContext>(document->store);
     document->context->setUndoManager(nullptr);
     const LMTemplateDesignReader reader(loadPicture);
     for (const QString &name : templateNames()) {
-        QVariantMap dictionary;
-        if (!reader.read(readResource(designFileName(name)), &dictionary, nullptr))
+        const Result<QVariantMap> dictionary = reader.read(readResource(designFileName(name)));
+        if (!dictionary) {
+            qWarning().noquote() << "Built-in template" << name
+                                 << "unavailable:" << dictionary.error().message;
             return nullptr;
+        }
         auto *invoiceTemplate =
             document->context->insertNewObjectAs<LMInvoiceTemplateClass>(TAEntity::InvoiceTemplate);
-        invoiceTemplate->initWithDescriptionDictionary(dictionary);
+        invoiceTemplate->initWithDescriptionDictionary(dictionary.value());
     }
     document->context->processPendingChanges();
     return document;

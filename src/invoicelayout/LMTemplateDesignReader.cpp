@@ -76,18 +76,20 @@ QRectF rectFrom(const QJsonValue &value) {
 LMTemplateDesignReader::LMTemplateDesignReader(ImageLoader imageLoader)
     : m_imageLoader(std::move(imageLoader)) {}
 
-bool LMTemplateDesignReader::read(const QByteArray &json, QVariantMap *dictionary,
-                                  QString *error) const {
+Result<QVariantMap> LMTemplateDesignReader::read(const QByteArray &json) const {
     QJsonParseError parseError;
     const QJsonDocument document = QJsonDocument::fromJson(json, &parseError);
-    if (parseError.error != QJsonParseError::NoError || !document.isObject()) {
-        if (error)
-            *error = parseError.errorString();
-        return false;
-    }
-    if (dictionary)
-        *dictionary = readTemplate(document.object());
-    return true;
+    // The position counts from 1, as editors show it.
+    if (parseError.error != QJsonParseError::NoError)
+        return Error{ErrorCode::Generic,
+                     QStringLiteral("The template design is not valid JSON: %1 at character %2.")
+                         .arg(parseError.errorString())
+                         .arg(parseError.offset + 1)};
+    if (!document.isObject())
+        return Error{ErrorCode::Generic,
+                     QStringLiteral("The template design must be a JSON object with a name, a "
+                                    "size and pages.")};
+    return readTemplate(document.object());
 }
 
 QVariantMap LMTemplateDesignReader::readTemplate(const QJsonObject &design) const {

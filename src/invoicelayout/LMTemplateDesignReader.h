@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/Result.h"
+
 #include <QByteArray>
 #include <QJsonObject>
 #include <QString>
@@ -26,8 +28,8 @@ public:
 
     explicit LMTemplateDesignReader(ImageLoader imageLoader);
 
-    // The dictionary of the design; an error text instead when the text does not parse.
-    bool read(const QByteArray &json, QVariantMap *dictionary, QString *error) const;
+    // The dictionary of the design; an error saying where the text stops parsing otherwise.
+    Result<QVariantMap> read(const QByteArray &json) const;
 
 private:
     QVariantMap readTemplate(const QJsonObject &design) const;

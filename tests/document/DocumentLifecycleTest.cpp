@@ -237,7 +237,7 @@ TEST_F(DocumentLifecycle, SaveAsOntoAnotherOpenDocumentIsRefused) {
         ->setIdentification(QStringLiteral("S-1"));
     ASSERT_TRUE(first->save().ok());
     TADocument *third = *controller().openUntitledDocument();
-    ASSERT_TRUE(third->replaceContentsWithCopyOfURL(path("first.tadb")));
+    ASSERT_TRUE(third->replaceContentsWithCopyOfURL(path("first.tadb")).ok());
     EXPECT_EQ(TAContextDatabase::getInvoicesInContext(third->database().context())
                   .value(0)
                   ->identification(),
@@ -245,7 +245,10 @@ TEST_F(DocumentLifecycle, SaveAsOntoAnotherOpenDocumentIsRefused) {
     EXPECT_EQ(count(third, "Currency"), 1);
     EXPECT_FALSE(third->managedObjectContext()->undoManager()->canUndo());
     EXPECT_TRUE(third->fileURL().isEmpty());
-    EXPECT_FALSE(third->replaceContentsWithCopyOfURL(path("missing.tadb")));
+    const Result<void> missing = third->replaceContentsWithCopyOfURL(path("missing.tadb"));
+    ASSERT_FALSE(missing);
+    EXPECT_EQ(missing.error().message,
+              QStringLiteral("“missing.tadb” is missing or not a document this version can open."));
     // Opening an open file again answers the same document.
     EXPECT_EQ(*controller().openDocumentWithContentsOfURL(path("first.tadb")), first);
 }

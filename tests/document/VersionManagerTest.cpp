@@ -91,8 +91,8 @@ TEST(VersionManager, DocumentVersionsAreRecognisedByTheirRecordedHash) {
         makeFile(path, *model);
         EXPECT_EQ(manager.modelForURL(path), name);
         auto context = manager.managedObjectContextForURL(path);
-        ASSERT_NE(context, nullptr);
-        EXPECT_EQ(context->model(), model);
+        ASSERT_TRUE(context) << context.error().message.toStdString();
+        EXPECT_EQ((*context)->model(), model);
     }
     // The latest file is left alone.
     const QString latest = dir.filePath(QStringLiteral("TADoc_1.3.tadb"));
@@ -118,7 +118,9 @@ TEST(VersionManager, FilesNoModelOpensAreRefusedUntouched) {
         auto error = manager.upgradeToTheLatestVersionURL(path);
         ASSERT_TRUE(error.has_value());
         EXPECT_EQ(error->message, QStringLiteral("Can't retrieve file information."));
-        EXPECT_EQ(manager.managedObjectContextForURL(path), nullptr);
+        const auto context = manager.managedObjectContextForURL(path);
+        ASSERT_FALSE(context);
+        EXPECT_EQ(context.error().code, int(ErrorCode::FileNotADocument));
     }
     EXPECT_EQ(fingerprint(foreign), foreignBefore);
     EXPECT_EQ(entries(dir), before);
@@ -146,9 +148,9 @@ TEST(VersionManager, LadderCarriesDataOrFailsWithoutTrace) {
     EXPECT_EQ(manager.versionInformationForURL(path)->version, QStringLiteral("1.2"));
     EXPECT_EQ(entries(dir), listing);
     auto context = manager.managedObjectContextForURL(path);
-    ASSERT_NE(context, nullptr);
+    ASSERT_TRUE(context) << context.error().message.toStdString();
     QStringList texts;
-    auto notes = context->executeFetchRequest(FetchRequest(QStringLiteral("Note")));
+    auto notes = (*context)->executeFetchRequest(FetchRequest(QStringLiteral("Note")));
     ASSERT_TRUE(notes.ok());
     for (ManagedObject *note : *notes)
         texts.append(note->stringForKey(QStringLiteral("text")));

@@ -1,5 +1,6 @@
 #include "billing/history/TAHistoryList.h"
 
+#include "foundation/Check.h"
 #include "store/TAContextDatabase.h"
 #include "store/entities/TACodes.h"
 #include "store/entities/TAHistory.h"
@@ -11,7 +12,13 @@
 
 namespace {
 const QString kDeleteGroupName = QStringLiteral("Delete History Record");
+
+Error alreadyDeleted() {
+    return Error{ErrorCode::Generic,
+                 QStringLiteral("This history record was already deleted; the list now shows "
+                                "what is left.")};
 }
+} // namespace
 
 QList<TAHistory *> TAHistoryList::invoiceRecords(TAInvoice *invoice) {
     if (!invoice)
@@ -44,10 +51,11 @@ void TAHistoryList::sortByDate(QList<TAHistory *> &records) {
     });
 }
 
-bool TAHistoryList::deleteRecord(TAHistory *record) {
-    ManagedObjectContext *context = record ? record->managedObjectContext() : nullptr;
-    if (!context)
-        return false;
+Result<bool> TAHistoryList::deleteRecord(TAHistory *record) {
+    BF_CHECK(record, return alreadyDeleted());
+    ManagedObjectContext *context = record->managedObjectContext();
+    if (!context || record->isDeleted())
+        return alreadyDeleted();
     TAContextDatabase::beginUndoGroupingWithName(kDeleteGroupName, context);
     TAPayment *payment = record->relatedPayment();
     if (payment) {
@@ -61,10 +69,12 @@ bool TAHistoryList::deleteRecord(TAHistory *record) {
     return payment != nullptr;
 }
 
-bool TAHistoryList::deleteRow(QList<TAHistory *> &rows, qsizetype row) {
-    if (row < 0 || row >= rows.size())
-        return !rows.isEmpty();
-    deleteRecord(rows.at(row));
+Result<bool> TAHistoryList::deleteRow(QList<TAHistory *> &rows, qsizetype row) {
+    // The list deletes only rows it shows.
+    BF_CHECK(row >= 0 && row < rows.size(), return !rows.isEmpty());
+    const Result<bool> deleted = deleteRecord(rows.at(row));
     rows.removeAt(row);
+    if (!deleted)
+        return deleted.error();
     return !rows.isEmpty();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/Result.h"
+
 #include <QList>
 
 class TAHistory;
@@ -19,10 +21,12 @@ public:
 
     // Deletes a record in one undo group. A payment record takes its payment along and puts
     // the invoice back to sent: this is the only way to remove a payment. Answers whether the
-    // record held a payment, so that the caller reloads the invoices.
-    static bool deleteRecord(TAHistory *record);
-    // Deletes the row's record and drops it from the rows; answers whether rows remain.
-    static bool deleteRow(QList<TAHistory *> &rows, qsizetype row);
+    // record held a payment, so that the caller reloads the invoices; an error when the record
+    // was deleted already, say by an undo while the list was open.
+    static Result<bool> deleteRecord(TAHistory *record);
+    // Deletes the row's record and drops it from the rows; answers whether rows remain. The row
+    // leaves the list even when its record was already gone, and the error says so.
+    static Result<bool> deleteRow(QList<TAHistory *> &rows, qsizetype row);
 
 private:
     TAHistoryList() = delete;

@@ -3,6 +3,7 @@
 #include "document/OTVersionManager.h"
 #include "document/TADocument.h"
 #include "document/TAInvoiceCacheUpdater.h"
+#include "foundation/Check.h"
 #include "objectstore/DocumentFileWriter.h"
 #include "objectstore/EntityDescription.h"
 #include "objectstore/FetchRequest.h"
@@ -83,12 +84,15 @@ Result<void> SampleDocument::copyInto(TADocument &document, const QDateTime &now
     auto path = extract(folder.path());
     if (!path)
         return path.error();
-    std::unique_ptr<ManagedObjectContext> source =
-        TADocument::versionManager().managedObjectContextForURL(*path);
-    ManagedObjectContext *target = document.managedObjectContext();
-    if (!source || !target)
+    auto opened = TADocument::versionManager().managedObjectContextForURL(*path);
+    if (!opened)
         return Error{ErrorCode::FileDamaged,
-                     QStringLiteral("The sample document could not be read.")};
+                     QStringLiteral("The sample document could not be read: %1")
+                         .arg(opened.error().message)};
+    const std::unique_ptr<ManagedObjectContext> &source = opened.value();
+    ManagedObjectContext *target = document.managedObjectContext();
+    BF_CHECK(target,
+             return Error{ErrorCode::Generic, QStringLiteral("The document is not open.")});
     // As the document replaces its contents with a copy of a file, keeping the copies' map.
     document.database().disableUndoRegistration();
     document.cacheUpdater().resetCacheUpdater();

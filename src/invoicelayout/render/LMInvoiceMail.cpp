@@ -22,6 +22,13 @@ QString quotedName(const QString &name) {
     escaped.replace(u'\\', QLatin1String("\\\\")).replace(u'"', QLatin1String("\\\""));
     return u'"' + escaped + u'"';
 }
+
+Error pdfMissing(const QString &what, const QString &path) {
+    return Error{ErrorCode::WriteFailed,
+                 tr("The %1 could not be written to \"%2\" for mailing. Check that the "
+                    "temporary folder exists and has room, then try again.")
+                     .arg(what, path)};
+}
 } // namespace
 
 QString LMInvoiceMail::subjectForNumber(const QString &identification) {
@@ -53,26 +60,41 @@ QStringList LMInvoiceMail::mailArgumentsForInvoice(TAInvoice *invoice, const QSt
                          attachment, name, address);
 }
 
-bool LMInvoiceMail::runProcess(const QString &program, const QStringList &arguments) {
+Result<void> LMInvoiceMail::runProcess(const QString &program, const QStringList &arguments) {
     QProcess process;
     process.start(program, arguments);
     if (!process.waitForStarted())
-        return false;
+        return Error{ErrorCode::Generic,
+                     tr("Could not start %1: %2. Check that a mail program is installed "
+                        "(%1 comes with xdg-utils).")
+                         .arg(program, process.errorString())};
     process.waitForFinished(-1);
-    return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+    if (process.exitStatus() != QProcess::NormalExit)
+        return Error{
+            ErrorCode::Generic,
+            tr("%1 stopped before it finished; the message was not handed over.").arg(program)};
+    if (process.exitCode() != 0)
+        return Error{ErrorCode::Generic,
+                     tr("%1 failed with exit status %2; the message was not handed over.")
+                         .arg(program)
+                         .arg(process.exitCode())};
+    return {};
 }
 
-bool LMInvoiceMail::send(TAInvoice *invoice, const Runner &runner) {
+Result<void> LMInvoiceMail::send(TAInvoice *invoice, const Runner &runner) {
     const QString path = LMInvoiceOutput::generateTemporaryPdf(invoice);
     if (path.isEmpty() || !QFileInfo::exists(path))
-        return false;
+        return pdfMissing(tr("invoice"), path);
     return runner(QStringLiteral("xdg-email"), mailArgumentsForInvoice(invoice, path));
 }
 
-bool LMInvoiceMail::sendTemplate(LMInvoiceTemplateClass *invoiceTemplate, const Runner &runner) {
+Result<void> LMInvoiceMail::sendTemplate(LMInvoiceTemplateClass *invoiceTemplate,
+                                         const Runner &runner) {
+    if (!invoiceTemplate)
+        return Error{ErrorCode::Generic, tr("Choose a template to mail.")};
     const QString path = LMInvoiceOutput::generateTemporaryTemplatePdf(invoiceTemplate);
     if (path.isEmpty() || !QFileInfo(path).isFile())
-        return false;
+        return pdfMissing(tr("template"), path);
     return runner(QStringLiteral("xdg-email"),
                   mailArguments(QFileInfo(path).completeBaseName(), path, QString(), QString()));
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/Result.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -29,17 +31,19 @@ public:
                                      const QString &recipientName, const QString &recipientAddress);
     static QStringList mailArgumentsForInvoice(TAInvoice *invoice, const QString &attachment);
 
-    // Runs a program with arguments (no shell) and answers whether it exited with status 0.
-    using Runner = std::function<bool(const QString &program, const QStringList &arguments)>;
-    static bool runProcess(const QString &program, const QStringList &arguments);
+    // Runs a program with arguments (no shell); an error unless it started and exited with
+    // status 0.
+    using Runner =
+        std::function<Result<void>(const QString &program, const QStringList &arguments)>;
+    static Result<void> runProcess(const QString &program, const QStringList &arguments);
 
-    // Writes the temporary PDF and starts the mail program on it; false when the file is
-    // missing or the mail program failed. The caller decides what a failure sounds like.
-    static bool send(TAInvoice *invoice, const Runner &runner = runProcess);
+    // Writes the temporary PDF and starts the mail program on it; an error when the file is
+    // missing or the mail program failed.
+    static Result<void> send(TAInvoice *invoice, const Runner &runner = runProcess);
     // The same for a template drawn for itself: no recipient, and the file's name less its
     // extension as subject.
-    static bool sendTemplate(LMInvoiceTemplateClass *invoiceTemplate,
-                             const Runner &runner = runProcess);
+    static Result<void> sendTemplate(LMInvoiceTemplateClass *invoiceTemplate,
+                                     const Runner &runner = runProcess);
 
     // Opens the temporary PDF with the desktop's viewer; the alert to show when that fails.
     using Opener = std::function<bool(const QString &path)>;

@@ -33,9 +33,11 @@ QString titleOf(LMInvoiceTemplateClass *invoiceTemplate) {
     return name.isEmpty() ? QCoreApplication::translate("LMInvoiceOutput", "Untitled") : name;
 }
 
-LMInvoiceOutput::PdfResult writeView(LMInvoiceView &view, const QString &path,
-                                     const QString &title) {
-    LMInvoiceOutput::PdfResult result;
+Error cannotWrite() {
+    return Error{ErrorCode::WriteFailed, QStringLiteral("cannot write the file")};
+}
+
+Result<int> writeView(LMInvoiceView &view, const QString &path, const QString &title) {
     const QSizeF size = view.pageSize();
     QPdfWriter writer(path);
     writer.setResolution(72);
@@ -44,10 +46,8 @@ LMInvoiceOutput::PdfResult writeView(LMInvoiceView &view, const QString &path,
     writer.setTitle(title);
     writer.setCreator(QStringLiteral("Billfold"));
     QPainter painter;
-    if (!painter.begin(&writer)) {
-        result.error = QStringLiteral("cannot write the file");
-        return result;
-    }
+    if (!painter.begin(&writer))
+        return cannotWrite();
     view.beginPass();
     const int pages = int(view.requiredNumberOfPages());
     for (int page = 1; page <= pages; ++page) {
@@ -56,16 +56,14 @@ LMInvoiceOutput::PdfResult writeView(LMInvoiceView &view, const QString &path,
         painter.fillRect(QRectF(QPointF(0, 0), size), Qt::white);
         view.drawPage(&painter, page);
     }
-    result.ok = painter.end();
-    if (!result.ok)
-        result.error = QStringLiteral("cannot write the file");
-    result.pages = pages;
-    return result;
+    if (!painter.end())
+        return cannotWrite();
+    return pages;
 }
 
 } // namespace
 
-LMInvoiceOutput::PdfResult LMInvoiceOutput::writePdf(TAInvoice *invoice, const QString &path) {
+Result<int> LMInvoiceOutput::writePdf(TAInvoice *invoice, const QString &path) {
     LMInvoiceView view;
     prepare(view, invoice);
     return writeView(view, path, invoice ? invoice->identification() : QString());
@@ -118,14 +116,15 @@ void LMInvoiceOutput::assignFirstTemplateIfNone(TAInvoice *invoice) {
 QString LMInvoiceOutput::generateTemporaryPdf(TAInvoice *invoice) {
     assignFirstTemplateIfNone(invoice);
     const QString path = temporaryPdfPath(QStringLiteral("invoice.pdf"));
-    writePdf(invoice, path);
+    if (auto written = writePdf(invoice, path); !written)
+        qWarning("%s: %s", qUtf8Printable(path), qUtf8Printable(written.error().message));
     return path;
 }
 
-LMInvoiceOutput::PdfResult
-LMInvoiceOutput::writeTemplatePdf(LMInvoiceTemplateClass *invoiceTemplate, const QString &path) {
+Result<int> LMInvoiceOutput::writeTemplatePdf(LMInvoiceTemplateClass *invoiceTemplate,
+                                              const QString &path) {
     if (!invoiceTemplate)
-        return PdfResult{false, QStringLiteral("no template"), 0};
+        return Error{ErrorCode::Generic, QStringLiteral("no template")};
     LMInvoiceView view;
     view.setIsRenderOnlyView(true);
     view.setStandaloneTemplate(invoiceTemplate);
@@ -147,6 +146,7 @@ QString LMInvoiceOutput::temporaryPdfPathForTemplate(LMInvoiceTemplateClass *inv
 QString LMInvoiceOutput::generateTemporaryTemplatePdf(LMInvoiceTemplateClass *invoiceTemplate) {
     const QString path = temporaryPdfPathForTemplate(invoiceTemplate);
     if (!path.isEmpty())
-        writeTemplatePdf(invoiceTemplate, path);
+        if (auto written = writeTemplatePdf(invoiceTemplate, path); !written)
+            qWarning("%s: %s", qUtf8Printable(path), qUtf8Printable(written.error().message));
     return path;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/Result.h"
+
 #include <QImage>
 #include <QString>
 
@@ -11,15 +13,9 @@ class TAInvoice;
 // its own, unfilled.
 class LMInvoiceOutput {
 public:
-    struct PdfResult {
-        bool ok = false;
-        QString error;
-        int pages = 0;
-    };
-
-    // Writes all pages; the document title is the invoice number. Text stays text, with the
-    // fonts embedded.
-    static PdfResult writePdf(TAInvoice *invoice, const QString &path);
+    // Writes all pages and answers how many; the document title is the invoice number. Text
+    // stays text, with the fonts embedded. The error is short: callers put the path before it.
+    static Result<int> writePdf(TAInvoice *invoice, const QString &path);
     // Page from 1, `scale` pixels per point; the null image for a page that does not exist.
     static QImage renderPage(TAInvoice *invoice, int page, double scale = 1);
     static int pageCount(TAInvoice *invoice);
@@ -32,7 +28,8 @@ public:
 
     // The template itself, every page once, tags printed as tags, at its own page size; the
     // document title is the template's title.
-    static PdfResult writeTemplatePdf(LMInvoiceTemplateClass *invoiceTemplate, const QString &path);
+    static Result<int> writeTemplatePdf(LMInvoiceTemplateClass *invoiceTemplate,
+                                        const QString &path);
     // "<title>.pdf" in the temporary folder, "/" and ":" made "_"; empty without a template.
     static QString temporaryPdfPathForTemplate(LMInvoiceTemplateClass *invoiceTemplate);
     // Writes that file; the path comes back whatever the writing did.

@@ -41,7 +41,9 @@ TEST_F(HistoryFixture, DeletingAPaymentRecordTakesThePaymentAndReopensTheInvoice
     QList<TAHistory *> rows = TAHistoryList::invoiceRecords(i);
     ASSERT_EQ(rows.size(), 2);
     const qsizetype row = rows.indexOf(received);
-    EXPECT_TRUE(TAHistoryList::deleteRow(rows, row));
+    const Result<bool> rowsLeft = TAHistoryList::deleteRow(rows, row);
+    ASSERT_TRUE(rowsLeft);
+    EXPECT_TRUE(rowsLeft.value());
 
     EXPECT_EQ(i->status(), 2);
     EXPECT_TRUE(i->payments().isEmpty());
@@ -58,10 +60,22 @@ TEST_F(HistoryFixture, DeletingAPaymentRecordTakesThePaymentAndReopensTheInvoice
     EXPECT_EQ(i->payments().size(), 1);
     EXPECT_EQ(i->history().size(), 2);
 
-    // A plain record goes alone; the last one leaves no rows.
+    // A plain record goes alone and holds no payment; the last one leaves no rows.
     TAProject *p = project();
-    TAHistory::addProjectCreatedRecord(p);
+    TAHistory *createdRecord = TAHistory::addProjectCreatedRecord(p);
     QList<TAHistory *> projectRows = TAHistoryList::projectRecords(p);
-    EXPECT_FALSE(TAHistoryList::deleteRow(projectRows, 0));
+    const QList<TAHistory *> stale = projectRows;
+    const Result<bool> noneLeft = TAHistoryList::deleteRow(projectRows, 0);
+    ASSERT_TRUE(noneLeft);
+    EXPECT_FALSE(noneLeft.value());
     EXPECT_TRUE(p->history().isEmpty());
+
+    // A list opened before the deletion still shows the record: deleting it again is refused
+    // with a reason, and the row goes.
+    QList<TAHistory *> staleRows = stale;
+    const Result<bool> again = TAHistoryList::deleteRow(staleRows, 0);
+    ASSERT_FALSE(again);
+    EXPECT_TRUE(again.error().message.contains(QStringLiteral("already deleted")));
+    EXPECT_TRUE(staleRows.isEmpty());
+    EXPECT_FALSE(TAHistoryList::deleteRecord(createdRecord));
 }

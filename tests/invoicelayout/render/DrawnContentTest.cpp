@@ -9,10 +9,13 @@ class DrawnContentTest : public TableLayoutFixture {
 protected:
     QStringList written(TAInvoice *invoice, int expectedPages) {
         const QString path = dir.filePath(QStringLiteral("out.pdf"));
-        const LMInvoiceOutput::PdfResult result = LMInvoiceOutput::writePdf(invoice, path);
-        EXPECT_TRUE(result.ok) << result.error.toStdString();
-        EXPECT_EQ(result.pages, expectedPages);
-        return pdfPages(path, result.pages);
+        const Result<int> pages = LMInvoiceOutput::writePdf(invoice, path);
+        if (!pages) {
+            ADD_FAILURE() << pages.error().message.toStdString();
+            return {};
+        }
+        EXPECT_EQ(pages.value(), expectedPages);
+        return pdfPages(path, pages.value());
     }
     static int pagesWith(const QStringList &pages, const QString &text) {
         int count = 0;
@@ -101,7 +104,7 @@ TEST_F(DrawnContentTest, LongCellTextIsCutToItsColumn) {
 TEST_F(DrawnContentTest, PdfCarriesTheNumberAsTitleAndStaysSmall) {
     TAInvoice *invoice = invoiceWithItems(5, design);
     const QString path = dir.filePath(QStringLiteral("one.pdf"));
-    ASSERT_TRUE(LMInvoiceOutput::writePdf(invoice, path).ok);
+    ASSERT_TRUE(LMInvoiceOutput::writePdf(invoice, path).ok());
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_LE(file.size(), 80 * 1024);

@@ -52,11 +52,12 @@ TEST_F(MailHandoffTest, SendWritesTheTemporaryPdfAndNamesTheClient) {
 
     QString program;
     QStringList arguments;
-    const bool sent = LMInvoiceMail::send(invoice, [&](const QString &p, const QStringList &a) {
-        program = p;
-        arguments = a;
-        return true;
-    });
+    const Result<void> sent =
+        LMInvoiceMail::send(invoice, [&](const QString &p, const QStringList &a) -> Result<void> {
+            program = p;
+            arguments = a;
+            return {};
+        });
     EXPECT_TRUE(sent);
     EXPECT_EQ(program, QStringLiteral("xdg-email"));
     ASSERT_EQ(arguments.size(), 5);
@@ -65,12 +66,40 @@ TEST_F(MailHandoffTest, SendWritesTheTemporaryPdfAndNamesTheClient) {
     EXPECT_TRUE(QFileInfo::exists(arguments[3]));
     EXPECT_TRUE(arguments[4].endsWith(QStringLiteral("<ada@b.example>")));
 
-    // A failing mail program is a failure; so is a viewer that cannot open the preview.
-    EXPECT_FALSE(LMInvoiceMail::send(invoice, [](auto &, auto &) { return false; }));
+    // A failing mail program is a failure that keeps its reason; so is a viewer that cannot
+    // open the preview.
+    const Result<void> failed = LMInvoiceMail::send(invoice, [](auto &, auto &) -> Result<void> {
+        return Error{ErrorCode::Generic, QStringLiteral("no mail account")};
+    });
+    ASSERT_FALSE(failed);
+    EXPECT_EQ(failed.error().message, QStringLiteral("no mail account"));
     EXPECT_EQ(LMInvoiceMail::preview(invoice, [](const QString &) { return false; }),
               LMInvoiceMail::previewErrorAlert());
     EXPECT_EQ(LMInvoiceMail::previewErrorAlert().title, QStringLiteral("Preview error"));
     EXPECT_FALSE(LMInvoiceMail::preview(invoice, [](const QString &) { return true; }));
+}
+
+TEST_F(MailHandoffTest, RunningTheMailProgramTellsWhyItFailed) {
+    EXPECT_TRUE(LMInvoiceMail::runProcess(QStringLiteral("sh"),
+                                          {QStringLiteral("-c"), QStringLiteral("exit 0")}));
+
+    const Result<void> missing =
+        LMInvoiceMail::runProcess(QStringLiteral("/nonexistent/mailer"), {});
+    ASSERT_FALSE(missing);
+    EXPECT_TRUE(
+        missing.error().message.startsWith(QStringLiteral("Could not start /nonexistent/mailer: ")))
+        << missing.error().message.toStdString();
+
+    const Result<void> refused = LMInvoiceMail::runProcess(
+        QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral("exit 3")});
+    ASSERT_FALSE(refused);
+    EXPECT_EQ(refused.error().message,
+              QStringLiteral("sh failed with exit status 3; the message was not handed over."));
+
+    const Result<void> killed = LMInvoiceMail::runProcess(
+        QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral("kill -9 $$")});
+    ASSERT_FALSE(killed);
+    EXPECT_TRUE(killed.error().message.contains(QStringLiteral("stopped before it finished")));
 }
 
 } // namespace

@@ -45,11 +45,11 @@ protected:
         int count = 0;
     };
     LMInvoiceMail::Runner recorder(Call &call) {
-        return [&call](const QString &program, const QStringList &arguments) {
+        return [&call](const QString &program, const QStringList &arguments) -> Result<void> {
             call.program = program;
             call.arguments = arguments;
             ++call.count;
-            return true;
+            return {};
         };
     }
 };
@@ -66,9 +66,9 @@ TEST_F(TemplateSendTest, TheTemplatePrintsEveryPageOnceWithItsTagsAsWritten) {
     ASSERT_GT(LMInvoiceOutput::pageCount(invoice), 2);
 
     const QString path = dir.filePath(QStringLiteral("time.pdf"));
-    const LMInvoiceOutput::PdfResult written = LMInvoiceOutput::writeTemplatePdf(design, path);
-    ASSERT_TRUE(written.ok) << written.error.toStdString();
-    EXPECT_EQ(written.pages, 2) << "one sheet per page of the template, however many items";
+    const Result<int> written = LMInvoiceOutput::writeTemplatePdf(design, path);
+    ASSERT_TRUE(written) << written.error().message.toStdString();
+    EXPECT_EQ(written.value(), 2) << "one sheet per page of the template, however many items";
 
     const QStringList text = pdfPages(path, 2);
     for (const char *tag : {"[INVOICE NUMBER]", "[DATE]", "[DUE DATE]", "[PURCHASE ORDER]",
@@ -82,7 +82,7 @@ TEST_F(TemplateSendTest, TheTemplatePrintsEveryPageOnceWithItsTagsAsWritten) {
     EXPECT_TRUE(text[0].contains(QStringLiteral("Subtotal")));
     EXPECT_FALSE(text[0].contains(QStringLiteral("Item 001")));
     EXPECT_FALSE(text[0].contains(QStringLiteral("$"))) << "no amounts";
-    EXPECT_FALSE(LMInvoiceOutput::writeTemplatePdf(nullptr, path).ok);
+    EXPECT_FALSE(LMInvoiceOutput::writeTemplatePdf(nullptr, path).ok());
 }
 
 TEST_F(TemplateSendTest, SendNamesTheFileByTheTitleAndMailsItWithoutRecipient) {
@@ -104,8 +104,9 @@ TEST_F(TemplateSendTest, SendNamesTheFileByTheTitleAndMailsItWithoutRecipient) {
     design->setName(QString());
     EXPECT_EQ(LMInvoiceOutput::temporaryPdfPathForTemplate(design),
               dir.filePath(QStringLiteral("Untitled.pdf")));
-    EXPECT_FALSE(LMInvoiceMail::sendTemplate(design, [](auto &, auto &) { return false; }))
-        << "a failing mail program is a failure";
+    EXPECT_FALSE(LMInvoiceMail::sendTemplate(design, [](auto &, auto &) -> Result<void> {
+        return Error{ErrorCode::Generic, QStringLiteral("no mail account")};
+    })) << "a failing mail program is a failure";
 }
 
 TEST_F(TemplateSendTest, WithoutAFileNothingIsMailed) {
@@ -113,8 +114,14 @@ TEST_F(TemplateSendTest, WithoutAFileNothingIsMailed) {
     // A folder in the way of the file: the writing fails and the mail program is not started.
     ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("Wave.pdf")));
     Call call;
-    EXPECT_FALSE(LMInvoiceMail::sendTemplate(builtIn(QStringLiteral("Wave")), recorder(call)));
-    EXPECT_FALSE(LMInvoiceMail::sendTemplate(nullptr, recorder(call)));
+    const Result<void> blocked =
+        LMInvoiceMail::sendTemplate(builtIn(QStringLiteral("Wave")), recorder(call));
+    ASSERT_FALSE(blocked);
+    EXPECT_TRUE(blocked.error().message.contains(dir.filePath(QStringLiteral("Wave.pdf"))))
+        << "the message names the file that could not be written";
+    const Result<void> none = LMInvoiceMail::sendTemplate(nullptr, recorder(call));
+    ASSERT_FALSE(none);
+    EXPECT_EQ(none.error().message, QStringLiteral("Choose a template to mail."));
     EXPECT_EQ(call.count, 0);
 }
 

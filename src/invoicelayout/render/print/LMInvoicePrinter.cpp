@@ -5,13 +5,28 @@
 #include "store/entities/LMInvoiceTemplateClass.h"
 #include "store/entities/TAInvoice.h"
 
+#include <QCoreApplication>
 #include <QPageSize>
 #include <QPainter>
 #include <QPrinter>
 
-bool LMInvoicePrinter::print(TAInvoice *invoice, QPrinter *printer) {
+namespace {
+Error printFailed(const QPrinter &printer, const QString &what) {
+    const QString name =
+        printer.outputFileName().isEmpty() ? printer.printerName() : printer.outputFileName();
+    return Error{ErrorCode::WriteFailed,
+                 QCoreApplication::translate("LMInvoicePrinter",
+                                             "The invoice could not be printed to \"%1\": %2. "
+                                             "Check that the printer is connected and ready, "
+                                             "then print again.")
+                     .arg(name, what)};
+}
+} // namespace
+
+Result<void> LMInvoicePrinter::print(TAInvoice *invoice, QPrinter *printer) {
     if (!invoice || !printer)
-        return false;
+        return Error{ErrorCode::Generic, QCoreApplication::translate(
+                                             "LMInvoicePrinter", "Choose an invoice to print.")};
     LMInvoiceOutput::assignFirstTemplateIfNone(invoice);
     LMInvoiceView view;
     view.setIsRenderOnlyView(true);
@@ -27,7 +42,7 @@ bool LMInvoicePrinter::print(TAInvoice *invoice, QPrinter *printer) {
     printer->setDocName(invoice->identification());
     QPainter painter;
     if (!painter.begin(printer))
-        return false;
+        return printFailed(*printer, QStringLiteral("the printer did not start"));
     // Points to printer dots, fitted to the height the printer can print.
     const double scale = printer->pageRect(QPrinter::DevicePixel).height() / size.height();
     painter.scale(scale, scale);
@@ -37,5 +52,7 @@ bool LMInvoicePrinter::print(TAInvoice *invoice, QPrinter *printer) {
             printer->newPage();
         view.drawPage(&painter, page);
     }
-    return painter.end();
+    if (!painter.end())
+        return printFailed(*printer, QStringLiteral("the printer did not take every page"));
+    return {};
 }

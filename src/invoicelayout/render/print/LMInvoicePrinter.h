@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/Result.h"
+
 class QPrinter;
 class TAInvoice;
 
@@ -7,8 +9,8 @@ class TAInvoice;
 class LMInvoicePrinter {
 public:
     // Sets the printer's paper to the template's page size without margins and prints every
-    // page; false when the printer could not be started.
-    static bool print(TAInvoice *invoice, QPrinter *printer);
+    // page; an error when the printer could not be started or did not take every page.
+    static Result<void> print(TAInvoice *invoice, QPrinter *printer);
 
 private:
     LMInvoicePrinter() = delete;

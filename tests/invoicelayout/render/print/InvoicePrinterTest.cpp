@@ -32,6 +32,15 @@ TEST_F(InvoicePrinterTest, PaperGetsTheTemplatesPagesScaledToThePrinter) {
     const QStringList pages = pdfPages(path, 2);
     EXPECT_TRUE(pages[0].contains(QStringLiteral("Item 003")));
     EXPECT_TRUE(pages[1].contains(QStringLiteral("SECOND-PAGE")));
+
+    // A printer that cannot start says so and names where the pages were to go.
+    const QString nowhere = dir.filePath(QStringLiteral("missing/printed.pdf"));
+    printer.setOutputFileName(nowhere);
+    const Result<void> failed = LMInvoicePrinter::print(invoice, &printer);
+    ASSERT_FALSE(failed);
+    EXPECT_TRUE(failed.error().message.contains(nowhere)) << failed.error().message.toStdString();
+    EXPECT_EQ(LMInvoicePrinter::print(nullptr, &printer).error().message,
+              QStringLiteral("Choose an invoice to print."));
 }
 
 } // namespace
