@@ -5,6 +5,8 @@
 
 #include <QHash>
 
+#include <utility>
+
 namespace {
 // Main thread only, like every request.
 QHash<const ManagedObjectContext *, TAInvoiceCacheQueue *> &queues() {
@@ -17,8 +19,16 @@ void TAInvoiceCacheRequests::install() {
     TAInvoice::setCacheRequestHandler(&TAInvoiceCacheRequests::requestUpdate);
 }
 
-void TAInvoiceCacheRequests::uninstall() {
-    TAInvoice::setCacheRequestHandler({});
+TAInvoiceCacheRequests::ScopedQueue::ScopedQueue(ManagedObjectContext *context,
+                                                 TAInvoiceCacheQueue *queue)
+    : m_context(context)
+    , m_previousHandler(TAInvoice::setCacheRequestHandler(&TAInvoiceCacheRequests::requestUpdate)) {
+    setQueueForContext(context, queue);
+}
+
+TAInvoiceCacheRequests::ScopedQueue::~ScopedQueue() {
+    setQueueForContext(m_context, nullptr);
+    TAInvoice::setCacheRequestHandler(std::move(m_previousHandler));
 }
 
 void TAInvoiceCacheRequests::setQueueForContext(ManagedObjectContext *context,

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 class ManagedObjectContext;
 class ObjectID;
 class TAInvoice;
@@ -19,11 +21,24 @@ public:
 // document is locked, gets the refresh at once on the calling (main) thread.
 class TAInvoiceCacheRequests {
 public:
-    // Routes the invoices' own requests here; uninstall restores the built-in refresh.
+    // Routes the invoices' own requests here, for the rest of the run.
     static void install();
-    static void uninstall();
     // Null removes the context's queue.
     static void setQueueForContext(ManagedObjectContext *context, TAInvoiceCacheQueue *queue);
+
+    // While it lives, requests are routed here and the context's requests go to the queue;
+    // afterwards the context has no queue and the previous routing is back.
+    class ScopedQueue {
+    public:
+        ScopedQueue(ManagedObjectContext *context, TAInvoiceCacheQueue *queue);
+        ~ScopedQueue();
+        ScopedQueue(const ScopedQueue &) = delete;
+        ScopedQueue &operator=(const ScopedQueue &) = delete;
+
+    private:
+        ManagedObjectContext *m_context;
+        std::function<void(TAInvoice *)> m_previousHandler;
+    };
 
     static void requestUpdate(TAInvoice *invoice);
     static void onMainThreadUpdateInvoiceCacheWithObjectId(ManagedObjectContext *context,

@@ -10,6 +10,8 @@
 
 #include <QFileInfo>
 
+#include <utility>
+
 #include <sqlite3.h>
 
 namespace {
@@ -67,8 +69,8 @@ CliDocument::~CliDocument() {
     }
 }
 
-void CliDocument::setBusyTimeout(int milliseconds) {
-    g_busyTimeoutMs = milliseconds;
+int CliDocument::exchangeBusyTimeout(int milliseconds) {
+    return std::exchange(g_busyTimeoutMs, milliseconds);
 }
 
 Result<std::unique_ptr<CliDocument>> CliDocument::open(const QString &path, bool readOnly) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/Result.h"
+#include "foundation/ScopedOverride.h"
 #include "objectstore/ManagedObjectContext.h"
 #include "objectstore/PersistentStore.h"
 #include "store/TADatabase.h"
@@ -36,8 +37,12 @@ public:
     // An empty document that lives in memory until saveAs puts it in a file in one step, so
     // a failed command never leaves a partial file behind.
     static Result<std::unique_ptr<CliDocument>> createInMemory();
-    // How long opening waits for another program that holds a file locked.
-    static void setBusyTimeout(int milliseconds);
+    // How long opening waits for another program that holds a file locked, while it lives.
+    class ScopedBusyTimeout : public ScopedOverride<int> {
+    public:
+        explicit ScopedBusyTimeout(int milliseconds)
+            : ScopedOverride(&CliDocument::exchangeBusyTimeout, milliseconds) {}
+    };
 
     PersistentStore &store();
     ManagedObjectContext &context();
@@ -54,6 +59,7 @@ public:
 
 private:
     explicit CliDocument(TADocument *document = nullptr);
+    static int exchangeBusyTimeout(int milliseconds);
     Result<QString> upgradedCopy(const QString &path);
     Result<void> bindStore(const QString &path);
     Result<void> readRows();

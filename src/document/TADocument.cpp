@@ -32,8 +32,6 @@
 
 namespace {
 
-int g_autosaveDelay = 30 * 1000;
-
 bool fileIsImmutable(const QString &path) {
     const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
     if (fd < 0)
@@ -83,10 +81,6 @@ OTVersionManager &TADocument::versionManager() {
         return made;
     }();
     return *manager;
-}
-
-void TADocument::setAutosaveDelay(int milliseconds) {
-    g_autosaveDelay = milliseconds;
 }
 
 const ManagedObjectModel &TADocument::managedObjectModel() {
@@ -180,42 +174,41 @@ void TADocument::connectUndoManager() {
 
 void TADocument::windowControllerDidLoadNib() {
     TADocumentWindow &shell = m_window ? *m_window : noWindow();
-    // 1-2: the cache queue exists from construction; the database has the context.
+    // The cache queue exists from construction; the database gets the context and drops
+    // timers that no longer belong to anything.
     m_database.setContext(m_context.get());
     TAContextDatabase::deleteUnassignedTimersInContext(m_database.context());
     resetPreferences();
-    // 3-5
+    // The window's sections, then a change mark when the opener asked for one.
     shell.makeSectionControllers(*this);
-    if (TAGlobal::markAsEdited()) {
+    if (TAGlobal::takeMarkAsEdited())
         updateChangeCount(ChangeDone);
-        TAGlobal::setMarkAsEdited(false);
-    }
     shell.fillTabs();
-    // 6: nothing of the opening itself can be undone.
+    // Nothing of the opening itself can be undone.
     m_context->processPendingChanges();
     m_context->undoManager()->removeAllActions();
     m_lastUndoCount = 0;
-    // 7-9
+    // Undo comes back unless a version is shown or reverted; then the menu and the timers.
     if (!TADocumentController::isInVersions() && !TADocumentController::isReverting())
         setUndoWindowEnabled(true);
     shell.showStatusMenu();
     startTimers();
-    // 10
+    // Bring derived data up to date: recurring invoices, exchange rates, cached totals.
     updateRecurringInvoices();
     updateCurrencies();
     updateInvoicesCache();
     m_updater->setCacheUpdaterEnabled(true);
     m_updater->setNeedsUpdateCache(false);
-    // 11
+    // Listen for changes made elsewhere: other contexts, and the calendars a little later.
     observeMergeNotifications(true);
     shell.observeCalendarStore(true);
     if (hasEventLoop())
         QTimer::singleShot(2000, this,
                            [this] { TADocumentJobs::instance().calendarsDidChange(*this); });
-    // 12
+    // Show what was loaded, and save changes from now on.
     reloadSidebar();
     scheduleAutosaving();
-    // 13: what every document needs; a new file gets them here. Enabling undo again marks
+    // What every document needs; a new file gets them here. Enabling undo again marks
     // the document changed, whatever was opened.
     m_database.disableUndoRegistration();
     m_database.getDefaultCurrency();
@@ -308,7 +301,7 @@ void TADocument::scheduleAutosaving() {
     if (m_autosaveTimer.isActive() || !isDocumentEdited() || fileURL().isEmpty() ||
         !hasEventLoop() || isLockedOrInReadOnlyMode())
         return;
-    m_autosaveTimer.start(g_autosaveDelay);
+    m_autosaveTimer.start(m_autosaveDelay);
 }
 
 bool TADocument::autosaveWithImplicitCancellability() {

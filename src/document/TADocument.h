@@ -36,8 +36,6 @@ public:
 
     // The process-wide manager of the document format's versions.
     static OTVersionManager &versionManager();
-    // How long a changed document with a file waits before it saves itself.
-    static void setAutosaveDelay(int milliseconds);
 
     // Before the opening steps: a store on the file (older versions are upgraded in place), or
     // a new store in memory for an untitled document.
@@ -74,6 +72,8 @@ public:
     bool autosaveWithImplicitCancellability();
     void scheduleAutosaving();
     bool hasAutosaveScheduled() const { return m_autosaveTimer.isActive(); }
+    // How long this document, once changed, waits before it saves itself into its file.
+    void setAutosaveDelay(int milliseconds) { m_autosaveDelay = milliseconds; }
     // Refuses a target that another open document has.
     Result<void> panel(const QObject *sender, const QString &validateURL) const;
     Result<void> revertToContentsOfURL();
@@ -133,6 +133,7 @@ private:
     QTimer *m_recurringInvoiceTimer = nullptr;
     QTimer *m_currenciesUpdateTimer = nullptr;
     QTimer m_autosaveTimer;
+    int m_autosaveDelay = 30 * 1000;
     TAPreferences *m_preferences = nullptr;
     QList<QMetaObject::Connection> m_undoWindowConnections;
     QList<QMetaObject::Connection> m_changeCountConnections;

@@ -6,6 +6,8 @@
 
 #include <QFileInfo>
 
+#include <utility>
+
 namespace {
 bool g_reverting = false;
 TADocumentJobs *g_jobs = nullptr;
@@ -16,8 +18,8 @@ TADocumentJobs &TADocumentJobs::instance() {
     return g_jobs ? *g_jobs : nothing;
 }
 
-void TADocumentJobs::setInstance(TADocumentJobs *jobs) {
-    g_jobs = jobs;
+TADocumentJobs *TADocumentJobs::exchangeInstance(TADocumentJobs *jobs) {
+    return std::exchange(g_jobs, jobs);
 }
 
 TADocumentController::TADocumentController() {

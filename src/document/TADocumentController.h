@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 class TADocument;
 class TADocumentWindow;
@@ -21,7 +22,22 @@ public:
 
     // The window a new document gets before its opening steps; none by default.
     using WindowFactory = std::function<TADocumentWindow *(TADocument &)>;
-    void setWindowFactory(WindowFactory factory) { m_windowFactory = std::move(factory); }
+    // Gives documents opened while it lives their window from the factory; the program holds
+    // one for its whole run.
+    class ScopedWindowFactory {
+    public:
+        explicit ScopedWindowFactory(WindowFactory factory)
+            : m_previous(
+                  std::exchange(sharedDocumentController().m_windowFactory, std::move(factory))) {}
+        ~ScopedWindowFactory() {
+            sharedDocumentController().m_windowFactory = std::move(m_previous);
+        }
+        ScopedWindowFactory(const ScopedWindowFactory &) = delete;
+        ScopedWindowFactory &operator=(const ScopedWindowFactory &) = delete;
+
+    private:
+        WindowFactory m_previous;
+    };
 
     // The document of that file if it is open already; otherwise a new one, read and opened.
     Result<TADocument *> openDocumentWithContentsOfURL(const QString &path, bool readOnly = false);

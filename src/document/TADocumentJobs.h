@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/ScopedOverride.h"
+
 class ManagedObjectContext;
 class TADocument;
 
@@ -10,9 +12,15 @@ class TADocumentJobs {
 public:
     virtual ~TADocumentJobs() = default;
 
-    // The installed jobs, or a do-nothing instance. The object must outlive every document.
+    // The installed jobs, or a do-nothing instance.
     static TADocumentJobs &instance();
-    static void setInstance(TADocumentJobs *jobs);
+    // Serves every document with the given jobs while it lives; null means the do-nothing
+    // instance. It must outlive the documents opened meanwhile.
+    class ScopedInstance : public ScopedOverride<TADocumentJobs *> {
+    public:
+        explicit ScopedInstance(TADocumentJobs *jobs)
+            : ScopedOverride(&TADocumentJobs::exchangeInstance, jobs) {}
+    };
 
     virtual void updateRecurringInvoices(TADocument &document) { (void)document; }
     virtual void updateCurrencies(TADocument &document) { (void)document; }
@@ -20,4 +28,7 @@ public:
     // Timers pool: take out the timers of a context, and reload after outside changes.
     virtual void deleteTimersFromContext(ManagedObjectContext *context) { (void)context; }
     virtual void reloadTimersPool() {}
+
+private:
+    static TADocumentJobs *exchangeInstance(TADocumentJobs *jobs);
 };

@@ -16,8 +16,6 @@
 namespace {
 
 const QString kObjectID = QStringLiteral("objectID");
-// Short enough that the window answers the user between turns.
-qint64 g_drainBudgetNs = 4 * 1000 * 1000;
 
 const QStringList &cachedKeys() {
     static const QStringList keys{TAKey::subTotal,  TAKey::itemTaxes, TAKey::totalDiscount,
@@ -233,10 +231,6 @@ void TAInvoiceCacheUpdater::updateInvoiceChachedValues(const QVariantMap &record
         emit cachedValuesApplied(id);
 }
 
-void TAInvoiceCacheUpdater::setDrainBudget(qint64 nanoseconds) {
-    g_drainBudgetNs = nanoseconds;
-}
-
 void TAInvoiceCacheUpdater::drainInbox() {
     QElapsedTimer turn;
     turn.start();
@@ -246,7 +240,7 @@ void TAInvoiceCacheUpdater::drainInbox() {
             cacheReload();
         else
             updateInvoiceChachedValues(record);
-        if (turn.nsecsElapsed() >= g_drainBudgetNs) {
+        if (turn.nsecsElapsed() >= m_drainBudgetNs) {
             // The rest on a later turn, after whatever else waits.
             QMetaObject::invokeMethod(this, &TAInvoiceCacheUpdater::drainInbox,
                                       Qt::QueuedConnection);

@@ -53,7 +53,7 @@ public:
     // of the event loop so that the window stays responsive while a long list trickles in.
     void drainInbox();
     // How long one turn of the event loop may spend applying records; 0 applies one per turn.
-    static void setDrainBudget(qint64 nanoseconds);
+    void setDrainBudget(qint64 nanoseconds) { m_drainBudgetNs = nanoseconds; }
     // Lets the worker finish what it was given; its records still arrive through the loop.
     void waitForDone() { m_queue.waitForDone(); }
     // True when no run is queued or running and everything the worker sent has been applied:
@@ -82,4 +82,6 @@ private:
     QMetaObject::Connection m_observer;
     std::shared_ptr<std::atomic_bool> m_cancelled;
     std::shared_ptr<TACacheRecordInbox> m_inbox;
+    // Short enough that the window answers the user between turns.
+    qint64 m_drainBudgetNs = 4 * 1000 * 1000;
 };

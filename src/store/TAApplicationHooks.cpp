@@ -1,6 +1,7 @@
 #include "store/TAApplicationHooks.h"
 
 #include <atomic>
+#include <utility>
 
 namespace {
 TAApplicationHooks g_defaultHooks;
@@ -13,8 +14,8 @@ TAApplicationHooks &TAApplicationHooks::instance() {
     return hooks ? *hooks : g_defaultHooks;
 }
 
-void TAApplicationHooks::setInstance(TAApplicationHooks *hooks) {
-    g_hooks.store(hooks);
+TAApplicationHooks *TAApplicationHooks::exchangeInstance(TAApplicationHooks *hooks) {
+    return g_hooks.exchange(hooks);
 }
 
 void TAApplicationHooks::seedBuiltInTemplates(ManagedObjectContext *context) {
@@ -22,6 +23,7 @@ void TAApplicationHooks::seedBuiltInTemplates(ManagedObjectContext *context) {
         g_templateSeeder(context);
 }
 
-void TAApplicationHooks::setBuiltInTemplateSeeder(TemplateSeeder seeder) {
-    g_templateSeeder = std::move(seeder);
+TAApplicationHooks::TemplateSeeder
+TAApplicationHooks::setBuiltInTemplateSeeder(TemplateSeeder seeder) {
+    return std::exchange(g_templateSeeder, std::move(seeder));
 }

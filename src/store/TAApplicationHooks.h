@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/ScopedOverride.h"
+
 #include <functional>
 
 class ManagedObject;
@@ -12,10 +14,15 @@ class TAApplicationHooks {
 public:
     virtual ~TAApplicationHooks() = default;
 
-    // The installed hooks, or a do-nothing instance. Install at start-up, before any document
-    // opens; the object must outlive every use. Null restores the do-nothing instance.
+    // The installed hooks, or a do-nothing instance.
     static TAApplicationHooks &instance();
-    static void setInstance(TAApplicationHooks *hooks);
+    // Serves every use with the given hooks while it lives; null means the do-nothing instance.
+    // The program holds one for its whole run, made before any document opens.
+    class ScopedInstance : public ScopedOverride<TAApplicationHooks *> {
+    public:
+        explicit ScopedInstance(TAApplicationHooks *hooks)
+            : ScopedOverride(&TAApplicationHooks::exchangeInstance, hooks) {}
+    };
 
     // Timers pool.
     virtual bool timerIsActive(ManagedObject *timer) {
@@ -38,5 +45,15 @@ public:
     virtual void seedBuiltInTemplates(ManagedObjectContext *context);
 
     using TemplateSeeder = std::function<void(ManagedObjectContext *)>;
-    static void setBuiltInTemplateSeeder(TemplateSeeder seeder);
+    // Installed once at start-up by the program; answers the seeder it replaced.
+    static TemplateSeeder setBuiltInTemplateSeeder(TemplateSeeder seeder);
+    // Uses the given seeder (empty: none) while it lives.
+    class ScopedTemplateSeeder : public ScopedOverride<TemplateSeeder> {
+    public:
+        explicit ScopedTemplateSeeder(TemplateSeeder seeder)
+            : ScopedOverride(&TAApplicationHooks::setBuiltInTemplateSeeder, std::move(seeder)) {}
+    };
+
+private:
+    static TAApplicationHooks *exchangeInstance(TAApplicationHooks *hooks);
 };

@@ -37,6 +37,10 @@ void TAGlobal::setDocumentRegistry(TADocumentRegistry *registry) {
     g_registry.store(registry);
 }
 
+TADocumentRegistry *TAGlobal::exchangeDocumentRegistry(TADocumentRegistry *registry) {
+    return g_registry.exchange(registry);
+}
+
 TADocumentRegistry *TAGlobal::documentRegistry() {
     return g_registry.load();
 }
@@ -83,6 +87,10 @@ void TAGlobal::setMarkAsEdited(bool markAsEdited) {
 
 bool TAGlobal::markAsEdited() {
     return g_markAsEdited.load();
+}
+
+bool TAGlobal::takeMarkAsEdited() {
+    return g_markAsEdited.exchange(false);
 }
 
 QUrl TAGlobal::encodeObject(const ManagedObject *object) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/ScopedOverride.h"
+
 #include <QList>
 #include <QUrl>
 #include <QVariant>
@@ -14,8 +16,15 @@ class TADocumentRegistry;
 // URIs that survive outside the store and back.
 class TAGlobal {
 public:
+    // Installed once by the document controller, for the whole run.
     static void setDocumentRegistry(TADocumentRegistry *registry);
     static TADocumentRegistry *documentRegistry();
+    // Answers lookups from the given registry while it lives.
+    class ScopedDocumentRegistry : public ScopedOverride<TADocumentRegistry *> {
+    public:
+        explicit ScopedDocumentRegistry(TADocumentRegistry *registry)
+            : ScopedOverride(&TAGlobal::exchangeDocumentRegistry, registry) {}
+    };
 
     static TADocument *currentDocument();
     // The document of the root of the context's chain; null for a context of no document.
@@ -28,6 +37,8 @@ public:
     // Asks the next document that finishes loading to mark itself as changed.
     static void setMarkAsEdited(bool markAsEdited);
     static bool markAsEdited();
+    // Answers the request and clears it, so that it serves one document only.
+    static bool takeMarkAsEdited();
 
     // The object's URI; an empty URL for null or for anything that is no persistent object.
     static QUrl encodeObject(const ManagedObject *object);
@@ -49,4 +60,5 @@ public:
 
 private:
     TAGlobal() = delete;
+    static TADocumentRegistry *exchangeDocumentRegistry(TADocumentRegistry *registry);
 };

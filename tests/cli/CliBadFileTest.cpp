@@ -36,8 +36,7 @@ QByteArray fingerprint(const QString &path) {
 
 class CliBadFileTest : public CliTest {
 protected:
-    void SetUp() override { CliDocument::setBusyTimeout(200); }
-    void TearDown() override { CliDocument::setBusyTimeout(5000); }
+    CliDocument::ScopedBusyTimeout shortWait{200};
 
     // Each reading command refuses the file with one line naming it, exit status 2.
     void expectRefused(const QString &name, const QString &reason) {

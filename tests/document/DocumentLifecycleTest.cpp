@@ -8,6 +8,7 @@
 #include "invoicelayout/LMBuiltInTemplates.h"
 #include "objectstore/PersistentStore.h"
 #include "objectstore/UndoManager.h"
+#include "store/TAApplicationHooks.h"
 #include "store/TAGlobal.h"
 #include "store/entities/TACurrency.h"
 #include "store/entities/TAInvoice.h"
@@ -106,17 +107,10 @@ QByteArray fileBytes(const QString &path) {
 
 class DocumentLifecycle : public ::testing::Test {
 protected:
-    void SetUp() override {
-        ensureApplication();
-        LMBuiltInTemplates::install();
-        TADocumentJobs::setInstance(&jobs);
-        controller().setWindowFactory([this](TADocument &) { return &window; });
-    }
+    void SetUp() override { ensureApplication(); }
     void TearDown() override {
         for (TADocument *document : controller().documents())
             controller().closeDocument(document);
-        controller().setWindowFactory({});
-        TADocumentJobs::setInstance(nullptr);
     }
     qsizetype count(TADocument *document, const char *entity) {
         FetchRequest request{QLatin1String(entity)};
@@ -130,6 +124,9 @@ protected:
     QTemporaryDir dir;
     RecordingWindow window;
     RecordingJobs jobs;
+    TAApplicationHooks::ScopedTemplateSeeder seeder{&LMBuiltInTemplates::seedBuiltInTemplates};
+    TADocumentJobs::ScopedInstance jobsInstalled{&jobs};
+    TADocumentController::ScopedWindowFactory windows{[this](TADocument &) { return &window; }};
     ScopedFixedClock clock{QDateTime(QDate(2026, 5, 4), QTime(9, 30))};
     int appliedRecords = 0;
 };

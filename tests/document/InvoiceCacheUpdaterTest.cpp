@@ -154,14 +154,13 @@ TEST_F(InvoiceCache, LongRunEndsAfterItsLastRecord) {
     qsizetype appliedAtEnd = -1;
     QObject::connect(&document->cacheUpdater(), &TAInvoiceCacheUpdater::cacheReloaded,
                      &document->cacheUpdater(), [&] { appliedAtEnd = applied.size(); });
-    TAInvoiceCacheUpdater::setDrainBudget(0);
+    document->cacheUpdater().setDrainBudget(0);
     endEventAndSettleAfter(
         [&] {
             document->updateInvoicesCache();
             document->cacheUpdater().waitForDone(); // everything is sent before any arrives
         },
         document);
-    TAInvoiceCacheUpdater::setDrainBudget(4 * 1000 * 1000);
     EXPECT_EQ(appliedAtEnd, 300);
     for (TAInvoice *invoice : invoices)
         ASSERT_EQ(invoice->total(), dec("2"));

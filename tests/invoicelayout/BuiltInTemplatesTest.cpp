@@ -10,6 +10,8 @@
 
 #include <QSet>
 
+#include <optional>
+
 namespace {
 
 QStringList names(const QList<LMInvoiceTemplateClass *> &templates) {
@@ -60,17 +62,17 @@ class BuiltInTemplatesTest : public LayoutFixture {
 protected:
     void SetUp() override {
         LayoutFixture::SetUp();
-        LMBuiltInTemplates::install();
+        m_seeder.emplace(&LMBuiltInTemplates::seedBuiltInTemplates);
         m_resource = LMBuiltInTemplates::openResource();
         ASSERT_NE(m_resource, nullptr);
     }
-    void TearDown() override { TAApplicationHooks::setBuiltInTemplateSeeder({}); }
 
     QList<LMInvoiceTemplateClass *> resourceTemplates() const {
         return TAContextDatabase::objectsAs<LMInvoiceTemplateClass>(
             TAContextDatabase::fetchEntity(TAEntity::InvoiceTemplate, m_resource->context.get()));
     }
 
+    std::optional<TAApplicationHooks::ScopedTemplateSeeder> m_seeder;
     std::unique_ptr<LMBuiltInTemplates::ResourceDocument> m_resource;
 };
 
@@ -94,7 +96,7 @@ TEST_F(BuiltInTemplatesTest, ADocumentWithoutTemplatesGetsTheBuiltInSet) {
     EXPECT_EQ(names(TAContextDatabase::getTemplatesInContext(context())), sortedBuiltInNames());
 
     // Without the seeder a new document stays empty.
-    TAApplicationHooks::setBuiltInTemplateSeeder({});
+    TAApplicationHooks::ScopedTemplateSeeder noSeeder({});
     auto other = newDocument();
     EXPECT_TRUE(TAContextDatabase::getTemplatesInContext(other->context.get()).isEmpty());
 }

@@ -198,11 +198,10 @@ TEST_F(TemplateModelTest, PageSizeIsFilledOnFirstRead) {
     t->setSize(QStringLiteral("{595, 842}"));
     EXPECT_EQ(t->pageSize(), QSizeF(595, 842));
     t->setSize(QString());
-    LMInvoiceTemplateClass::setPaperSizeProvider(
+    LMInvoiceTemplateClass::ScopedPaperSizeProvider oddPaper(
         [](ManagedObjectContext *) { return QSizeF(99, 1000); });
     EXPECT_EQ(t->pageSize(), QSizeF(612, 792));
     EXPECT_EQ(t->size(), QStringLiteral("{612, 792}"));
-    LMInvoiceTemplateClass::setPaperSizeProvider({});
     EXPECT_EQ(t->coverTitle(), QStringLiteral("import_accunknown Untitled"));
 }
 

@@ -13,10 +13,11 @@ public:
     // The current instant, in UTC.
     static QDateTime now();
 
+private:
+    OTClock() = delete;
+    // Only ScopedFixedClock replaces the source, so that it is always put back.
+    friend class ScopedFixedClock;
     // Replaces the source and answers the previous one; an empty source restores the
     // system clock.
     static Source setSource(Source source);
-
-private:
-    OTClock() = delete;
 };

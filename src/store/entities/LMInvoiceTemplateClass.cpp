@@ -19,6 +19,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <utility>
 
 QString LMInvoiceTemplateClass::name() const {
     return stringForKey(TAKey::name);
@@ -261,8 +262,9 @@ QColor LMInvoiceTemplateClass::bgColor2() const {
     return LMArchivedColor::unarchive(backgroundColor2(), Qt::white);
 }
 
-void LMInvoiceTemplateClass::setPaperSizeProvider(PaperSizeProvider provider) {
-    paperSizeProvider() = std::move(provider);
+LMInvoiceTemplateClass::PaperSizeProvider
+LMInvoiceTemplateClass::exchangePaperSizeProvider(PaperSizeProvider provider) {
+    return std::exchange(paperSizeProvider(), std::move(provider));
 }
 
 QSizeF LMInvoiceTemplateClass::defaultPaperSize(ManagedObjectContext *context) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/ScopedOverride.h"
 #include "store/entities/LMManagedObject.h"
 
 #include <QColor>
@@ -65,7 +66,13 @@ public:
     QSizeF pageSize();
     // Where the paper size of a document comes from; by default the locale's usual paper.
     using PaperSizeProvider = std::function<QSizeF(ManagedObjectContext *)>;
-    static void setPaperSizeProvider(PaperSizeProvider provider);
+    // Takes the paper size from the provider while it lives; empty means the locale's paper.
+    class ScopedPaperSizeProvider : public ScopedOverride<PaperSizeProvider> {
+    public:
+        explicit ScopedPaperSizeProvider(PaperSizeProvider provider)
+            : ScopedOverride(&LMInvoiceTemplateClass::exchangePaperSizeProvider,
+                             std::move(provider)) {}
+    };
     static QSizeF defaultPaperSize(ManagedObjectContext *context);
 
     // Remembered frames of removed unique elements, by element type.
@@ -78,5 +85,6 @@ public:
     void initWithDescriptionDictionary(const QVariantMap &dictionary);
 
 private:
+    static PaperSizeProvider exchangePaperSizeProvider(PaperSizeProvider provider);
     void postPagesReload(ManagedObject *object);
 };

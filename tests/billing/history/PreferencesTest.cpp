@@ -84,9 +84,10 @@ TEST_F(HistoryFixture, AddressBookCardFillsTheInfoFieldsThroughTheApplication) {
     prefs->updateFromAddressBook(); // no address book: nothing changes
     EXPECT_EQ(prefs->infoFirstName(), QStringLiteral("old"));
 
-    TAApplicationHooks::setInstance(&book);
-    prefs->updateFromAddressBook();
-    TAApplicationHooks::setInstance(nullptr);
+    {
+        TAApplicationHooks::ScopedInstance withBook(&book);
+        prefs->updateFromAddressBook();
+    }
     // Missing values are stored as the empty text, not left null.
     for (const QString &key :
          {TAKey::infoFirstName, TAKey::infoLastName, TAKey::infoEmail, TAKey::infoPhone,

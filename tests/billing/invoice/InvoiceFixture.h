@@ -52,9 +52,7 @@ protected:
         kwd = currency("KWD");
         TAContextDatabase::getPreferencesInContext(db.context())->setTaxesEnabled(true);
         TAContextDatabase::getPreferencesInContext(db.context())->setTaxesCombined(false);
-        TAApplicationHooks::setInstance(&pool);
     }
-    void TearDown() override { TAApplicationHooks::setInstance(nullptr); }
 
     static Decimal dec(const char *text) { return Decimal::fromString(QString::fromLatin1(text)); }
 
@@ -91,6 +89,7 @@ protected:
     TADocumentHooks document;
     TADatabase db;
     RecordingPool pool;
+    TAApplicationHooks::ScopedInstance poolInstalled{&pool};
     TACurrency *usd = nullptr;
     TACurrency *jpy = nullptr;
     TACurrency *kwd = nullptr;

@@ -301,8 +301,7 @@ struct RecordingQueue : TAInvoiceCacheQueue {
 // With a queue the request hands over a permanent identity; a locked document computes at once.
 TEST_F(ItemRulesTest, CacheRequestsGoToTheQueueUnlessLocked) {
     RecordingQueue queue;
-    TAInvoiceCacheRequests::install();
-    TAInvoiceCacheRequests::setQueueForContext(context.get(), &queue);
+    TAInvoiceCacheRequests::ScopedQueue routed(context.get(), &queue);
     TAInvoice *invoice = invoiceIn(usd);
     TAMaterial *m = material(invoice, "1", "10");
     ASSERT_FALSE(queue.queued.isEmpty());
@@ -313,7 +312,4 @@ TEST_F(ItemRulesTest, CacheRequestsGoToTheQueueUnlessLocked) {
     queue.locked = true;
     m->setPrice(dec("12"));
     EXPECT_EQ(invoice->total(), dec("12"));
-
-    TAInvoiceCacheRequests::setQueueForContext(context.get(), nullptr);
-    TAInvoiceCacheRequests::uninstall();
 }

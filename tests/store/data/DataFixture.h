@@ -66,9 +66,7 @@ protected:
     void SetUp() override {
         ASSERT_TRUE(m_dir.isValid());
         doc = std::make_unique<TestDocument>(m_dir.filePath(QStringLiteral("a.tadb")));
-        TAApplicationHooks::setInstance(&app);
     }
-    void TearDown() override { TAApplicationHooks::setInstance(nullptr); }
 
     std::unique_ptr<TestDocument> openSecondDocument() {
         return std::make_unique<TestDocument>(m_dir.filePath(QStringLiteral("b.tadb")));
@@ -79,5 +77,6 @@ protected:
 
     QTemporaryDir m_dir;
     RecordingApplication app;
+    TAApplicationHooks::ScopedInstance appInstalled{&app};
     std::unique_ptr<TestDocument> doc;
 };

@@ -8,6 +8,8 @@
 
 #include <QObject>
 
+#include <optional>
+
 namespace {
 // Stands in for the document controller: one fake document owning one context, one window
 // with a child window, and one view inside the child.
@@ -87,7 +89,7 @@ TEST_F(TAGlobalTest, DocumentLookupsGoThroughTheRegistry) {
 
     FakeRegistry registry;
     registry.context = context();
-    TAGlobal::setDocumentRegistry(&registry);
+    auto registered = std::make_optional<TAGlobal::ScopedDocumentRegistry>(&registry);
     EXPECT_EQ(TAGlobal::documentByContext(context()), registry.document);
     EXPECT_EQ(TAGlobal::documentByContext(nullptr), nullptr);
     EXPECT_EQ(TAGlobal::documentForView(&registry.view), registry.document);
@@ -100,10 +102,14 @@ TEST_F(TAGlobalTest, DocumentLookupsGoThroughTheRegistry) {
     EXPECT_EQ(TAGlobal::decodeObjectForDocument(registry.document, QVariant(url)), client);
     EXPECT_EQ(TAGlobal::decodeObjectForDocument(static_cast<TADocument *>(nullptr), QVariant(url)),
               nullptr);
-    TAGlobal::setDocumentRegistry(nullptr);
+    registered.reset();
+    EXPECT_EQ(TAGlobal::documentByContext(context()), nullptr);
+    EXPECT_EQ(TAGlobal::documentsCount(), 0);
 
+    // The request to mark a document as changed serves the next document only.
     TAGlobal::setMarkAsEdited(true);
     EXPECT_TRUE(TAGlobal::markAsEdited());
-    TAGlobal::setMarkAsEdited(false);
+    EXPECT_TRUE(TAGlobal::takeMarkAsEdited());
     EXPECT_FALSE(TAGlobal::markAsEdited());
+    EXPECT_FALSE(TAGlobal::takeMarkAsEdited());
 }
