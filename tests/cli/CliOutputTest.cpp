@@ -1,11 +1,15 @@
 #include "cli/CliRunner.h"
 #include "invoicelayout/LMBuiltInTemplates.h"
+#include "store/TAApplicationHooks.h"
 
 #include <QFile>
+#include <QGuiApplication>
 #include <QImage>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <memory>
 
 namespace {
 
@@ -23,8 +27,29 @@ CliOutcome cli(const QStringList &arguments) {
     return run;
 }
 
-TEST(CliOutput, PdfAndPngOfTheSampleInvoices) {
-    LMBuiltInTemplates::install();
+// As in the program: drawing pages needs a GUI application, and new documents start with the
+// built-in designs.
+class CliOutput : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        if (QCoreApplication::instance())
+            return;
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        static int argc = 1;
+        static char name[] = "test_cli";
+        static char *argv[] = {name, nullptr};
+        s_app = std::make_unique<QGuiApplication>(argc, argv);
+    }
+    static void TearDownTestSuite() { s_app.reset(); }
+
+    TAApplicationHooks::ScopedTemplateSeeder seeder{&LMBuiltInTemplates::seedBuiltInTemplates};
+
+private:
+    static inline std::unique_ptr<QGuiApplication> s_app;
+};
+
+TEST_F(CliOutput, PdfAndPngOfTheSampleInvoices) {
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("s.tadb"));
     ASSERT_EQ(cli({QStringLiteral("new"), file, QStringLiteral("--sample")}).status, 0);
