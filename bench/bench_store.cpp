@@ -4,6 +4,7 @@
 #include "objectstore/ManagedObjectContext.h"
 #include "objectstore/PersistentStore.h"
 #include "objectstore/Predicate.h"
+#include "objectstore/SortDescriptor.h"
 #include "store/TADocModel.h"
 #include "store/entities/TAInvoice.h"
 
@@ -15,6 +16,9 @@
 #include <QTimeZone>
 
 #include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <random>
 
 #include <sys/resource.h>
 
@@ -178,6 +182,28 @@ void BM_ContainsPredicateOverAllItems(benchmark::State &state) {
     state.counters["matches"] = double(found);
 }
 BENCHMARK(BM_ContainsPredicateOverAllItems)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(10)
+    ->Repetitions(3)
+    ->ReportAggregatesOnly(true);
+
+// Natural-order sorting of every invoice by its identification, as a sorted list does, from a
+// shuffled order so that the sort has real work to do.
+void BM_NaturalSortOfAllInvoices(benchmark::State &state) {
+    generate();
+    Opened o = openAndReachInvoices();
+    std::mt19937 random(11);
+    std::shuffle(o.invoices.begin(), o.invoices.end(), random);
+    const SortDescriptor natural(QStringLiteral("identification"), true,
+                                 SortDescriptor::Comparison::LocalizedStandard);
+    for (auto _ : state) {
+        QList<ManagedObject *> sorted = o.invoices;
+        SortDescriptor::sort(sorted, {natural});
+        benchmark::DoNotOptimize(sorted.data());
+    }
+    state.counters["objects"] = double(o.invoices.size());
+}
+BENCHMARK(BM_NaturalSortOfAllInvoices)
     ->Unit(benchmark::kMillisecond)
     ->Iterations(10)
     ->Repetitions(3)
