@@ -122,8 +122,10 @@ void pdfOf(benchmark::State &state, const QString &number) {
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("out.pdf"));
     int pages = 0;
-    for (auto _ : state)
-        pages = LMInvoiceOutput::writePdf(invoice, path).pages;
+    for (auto _ : state) {
+        auto written = LMInvoiceOutput::writePdf(invoice, path);
+        pages = written ? *written : 0;
+    }
     state.counters["pages"] = pages;
     state.counters["bytes"] = QFileInfo(path).size();
 }
@@ -159,7 +161,7 @@ void BM_BatchExport(benchmark::State &state) {
                     TAContextDatabase::getInvoicesInContext(document.db.context());
                 for (qsizetype i = t; i < invoices.size(); i += threads) {
                     const QString path = dir.filePath(QStringLiteral("%1.pdf").arg(i));
-                    if (LMInvoiceOutput::writePdf(invoices[i], path).ok)
+                    if (LMInvoiceOutput::writePdf(invoices[i], path).ok())
                         ++written;
                 }
             });
