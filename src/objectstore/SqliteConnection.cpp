@@ -2,6 +2,20 @@
 
 #include <sqlite3.h>
 
+namespace {
+
+// SQLite quotes schema text from the file in its messages; in a damaged file that text may
+// hold line breaks or other control characters, which would break a one-line message.
+QString messageText(const char *utf8) {
+    QString text = QString::fromUtf8(utf8);
+    for (QChar &c : text)
+        if (c.category() == QChar::Other_Control)
+            c = u' ';
+    return text;
+}
+
+} // namespace
+
 SqliteStatement::~SqliteStatement() {
     sqlite3_finalize(m_statement);
 }
@@ -35,7 +49,7 @@ Result<std::unique_ptr<SqliteConnection>> SqliteConnection::open(const QString &
     const int rc = sqlite3_open_v2(location.toUtf8().constData(), &db, flags, nullptr);
     if (rc != SQLITE_OK) {
         const QString message =
-            db ? QString::fromUtf8(sqlite3_errmsg(db)) : QString::fromUtf8(sqlite3_errstr(rc));
+            db ? messageText(sqlite3_errmsg(db)) : messageText(sqlite3_errstr(rc));
         sqlite3_close(db);
         return Error{ErrorCode::FileNotReadable, message};
     }
@@ -54,7 +68,7 @@ Result<void> SqliteConnection::exec(const QString &sql) {
     char *message = nullptr;
     const int rc = sqlite3_exec(m_db, sql.toUtf8().constData(), nullptr, nullptr, &message);
     if (rc != SQLITE_OK) {
-        QString text = message ? QString::fromUtf8(message) : QString::fromUtf8(sqlite3_errstr(rc));
+        QString text = messageText(message ? message : sqlite3_errstr(rc));
         sqlite3_free(message);
         return Error{
             rc == SQLITE_NOTADB ? int(ErrorCode::FileNotADocument) : int(ErrorCode::Generic), text};
@@ -93,7 +107,7 @@ Result<void> SqliteConnection::copyInto(SqliteConnection &destination) {
 }
 
 QString SqliteConnection::lastError() const {
-    return QString::fromUtf8(sqlite3_errmsg(m_db));
+    return messageText(sqlite3_errmsg(m_db));
 }
 
 int SqliteConnection::lastErrorCode() const {

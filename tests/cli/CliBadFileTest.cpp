@@ -80,6 +80,14 @@ TEST_F(CliBadFileTest, DamagedAndUnknownFilesAreRefusedWithTheirReason) {
                           "UPDATE _meta SET value = 'ffff' WHERE key = 'modelHash'");
     expectRefused("newer.tadb", "newer or unknown version");
     EXPECT_TRUE(cli({"info", path("newer.tadb")}).err.contains("TADoc_9.0"));
+
+    // SQLite quotes the damaged schema's own text; a line break there must not split the line.
+    ASSERT_TRUE(QFile::copy(path("good.tadb"), path("schema.tadb")));
+    execute("schema.tadb", "PRAGMA writable_schema = ON;"
+                           "UPDATE sqlite_master SET name = 'E_Pay' || char(10) || 'ment', "
+                           "sql = replace(sql, 'E_Payment', 'E_Payment (') "
+                           "WHERE name = 'E_Payment'");
+    expectRefused("schema.tadb", "damaged");
 }
 
 TEST_F(CliBadFileTest, AFileLockedByAnotherProgramIsInUseNotReadStale) {
