@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 layers=(foundation layoutvalues objectstore store billing document invoicelayout importsync
-        resources toolkit cli)
+        resources toolkit cli shell)
 
 declare -A rank
 for i in "${!layers[@]}"; do
