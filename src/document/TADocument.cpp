@@ -60,8 +60,7 @@ TADocument::TADocument(QObject *parent)
     , m_updater(std::make_unique<TAInvoiceCacheUpdater>(*this)) {
     m_database.setDocument(this);
     m_autosaveTimer.setSingleShot(true);
-    connect(&m_autosaveTimer, &QTimer::timeout, this,
-            [this] { (void)autosaveWithImplicitCancellability(); });
+    connect(&m_autosaveTimer, &QTimer::timeout, this, [this] { autosaveOrLog(); });
 }
 
 TADocument::~TADocument() {
@@ -304,14 +303,19 @@ void TADocument::scheduleAutosaving() {
     m_autosaveTimer.start(m_autosaveDelay);
 }
 
-bool TADocument::autosaveWithImplicitCancellability() {
+Result<bool> TADocument::autosaveWithImplicitCancellability() {
     if (isLockedOrInReadOnlyMode() || fileURL().isEmpty() || !isDocumentEdited())
         return false;
-    if (auto saved = save(); !saved) {
-        willPresentError(saved.error());
-        return false;
-    }
+    if (auto saved = save(); !saved)
+        return saved.error();
     return true;
+}
+
+void TADocument::autosaveOrLog() {
+    // Nobody waits on an autosave to show its failure; the edits stay in the document and
+    // the next save, by hand or by timer, tries again.
+    if (auto saved = autosaveWithImplicitCancellability(); !saved)
+        willPresentError(saved.error());
 }
 
 namespace {
@@ -542,26 +546,26 @@ Result<void> TADocument::revertToContentsOfURL() {
     const QString path = fileURL();
     if (path.isEmpty())
         return Error{ErrorCode::FileMissing, tr("The document has no file to revert to.")};
-    TADocumentController::setReverting(true);
-    // The file is opened before anything of the open document is taken down: a file that
-    // cannot be read any more leaves the document as it was, unsaved changes and all.
-    auto store = openStore(path, m_store && m_store->isReadOnly());
-    if (!store) {
-        TADocumentController::setReverting(false);
-        return store.error();
+    {
+        // Ends before the opening steps, which then give undo back as for any opened file.
+        const TADocumentController::ScopedReverting reverting;
+        // The file is opened before anything of the open document is taken down: a file that
+        // cannot be read any more leaves the document as it was, unsaved changes and all.
+        auto store = openStore(path, m_store && m_store->isReadOnly());
+        if (!store)
+            return store.error();
+        disableDocumentStuff();
+        if (m_window) {
+            m_window->detachTemplateList();
+            m_window->cleanControllers();
+        }
+        m_updater->stop();
+        m_updater->resetCacheUpdater();
+        setManagedObjectContext(nullptr);
+        m_store.reset();
+        bindStore(*store);
+        recordSavedModificationDate();
     }
-    disableDocumentStuff();
-    if (m_window) {
-        m_window->detachTemplateList();
-        m_window->cleanControllers();
-    }
-    m_updater->stop();
-    m_updater->resetCacheUpdater();
-    setManagedObjectContext(nullptr);
-    m_store.reset();
-    bindStore(*store);
-    recordSavedModificationDate();
-    TADocumentController::setReverting(false);
     updateChangeCount(ChangeCleared);
     windowControllerDidLoadNib();
     replaceRecordedModificationDate();
@@ -587,6 +591,6 @@ bool TADocument::windowShouldClose() {
     observeMergeNotifications(false);
     // The document saves itself as it goes, so closing never asks: what the last autosave
     // has not caught yet is saved now rather than lost.
-    (void)autosaveWithImplicitCancellability();
+    autosaveOrLog();
     return true;
 }

@@ -68,8 +68,9 @@ public:
     void updateChangeCount(int change) override;
     Result<void> save();
     Result<void> saveAs(const QString &path);
-    // Saves a changed document that has a file, unless it is locked; true when it saved.
-    bool autosaveWithImplicitCancellability();
+    // Saves a changed document that has a file, unless it is locked: true when it saved,
+    // false when there was nothing it may save, the save's reason when that failed.
+    Result<bool> autosaveWithImplicitCancellability();
     void scheduleAutosaving();
     bool hasAutosaveScheduled() const { return m_autosaveTimer.isActive(); }
     // How long this document, once changed, waits before it saves itself into its file.
@@ -118,6 +119,8 @@ private:
     void bindStore(std::shared_ptr<PersistentStore> store);
     void startTimers();
     void stopTimers();
+    // For the autosaves nobody waits on: the timer's and the one on closing.
+    void autosaveOrLog();
     void disableDocumentStuff();
     void recordSavedModificationDate();
     Result<void> writeContext();

@@ -1,5 +1,7 @@
 #include "document/TADocumentController.h"
 
+#include "document/TADocumentWindow.h"
+
 #include "document/TADocument.h"
 #include "document/TADocumentJobs.h"
 #include "store/TAGlobal.h"
@@ -35,8 +37,8 @@ bool TADocumentController::isReverting() {
     return g_reverting;
 }
 
-void TADocumentController::setReverting(bool reverting) {
-    g_reverting = reverting;
+bool TADocumentController::exchangeReverting(bool reverting) {
+    return std::exchange(g_reverting, reverting);
 }
 
 Result<TADocument *> TADocumentController::openDocumentWithContentsOfURL(const QString &path,
@@ -118,15 +120,22 @@ TADocumentController::documentForRootContext(const ManagedObjectContext *context
     return nullptr;
 }
 
-TADocument *TADocumentController::documentOfWindow(const QObject *) const {
+TADocument *TADocumentController::documentOfWindow(const QObject *window) const {
+    for (const auto &document : m_documents)
+        if (window && document->window() && document->window()->windowObject() == window)
+            return document.get();
     return nullptr;
 }
 
-const QObject *TADocumentController::parentWindow(const QObject *) const {
-    return nullptr;
+// A dialog over a document's window is a child of it.
+const QObject *TADocumentController::parentWindow(const QObject *window) const {
+    return window ? window->parent() : nullptr;
 }
 
-const QObject *TADocumentController::windowOfView(const QObject *) const {
+const QObject *TADocumentController::windowOfView(const QObject *view) const {
+    for (const QObject *object = view; object; object = object->parent())
+        if (documentOfWindow(object))
+            return object;
     return nullptr;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/Result.h"
+#include "foundation/ScopedOverride.h"
 #include "store/TADocumentRegistry.h"
 
 #include <QList>
@@ -51,7 +52,13 @@ public:
 
     // Process-wide state of the application around documents.
     static bool isReverting();
-    static void setReverting(bool reverting);
+    // Marks the process as reverting a document while it lives; whatever way the revert
+    // leaves, the mark goes with it.
+    class ScopedReverting : public ScopedOverride<bool> {
+    public:
+        ScopedReverting()
+            : ScopedOverride(&TADocumentController::exchangeReverting, true) {}
+    };
     // There is no versions browser here: always false.
     static bool isInVersions() { return false; }
 
@@ -65,6 +72,7 @@ public:
 
 private:
     TADocumentController();
+    static bool exchangeReverting(bool reverting);
     Result<TADocument *> addOpened(std::unique_ptr<TADocument> document);
 
     std::vector<std::unique_ptr<TADocument>> m_documents;

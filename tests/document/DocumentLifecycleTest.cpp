@@ -44,7 +44,11 @@ struct RecordingWindow : TADocumentWindow {
     void cacheReload() override { steps << "cacheReload"; }
     void removeActionMenu() override { steps << "removeActionMenu"; }
     void hideStatusMenu() override { steps << "hideStatusMenu"; }
-    void cleanControllers() override { steps << "clean"; }
+    void cleanControllers() override {
+        steps << "clean";
+        revertingWhenCleaned << TADocumentController::isReverting();
+    }
+    QList<bool> revertingWhenCleaned;
 };
 
 struct RecordingJobs : TADocumentJobs {
@@ -196,14 +200,19 @@ TEST_F(DocumentLifecycle, SavedDocumentReopensLockedByItsPasswordAndChanged) {
     EXPECT_FALSE(document->validateMenuItem(111));
     EXPECT_TRUE(document->validateMenuItem(112));
 
-    EXPECT_TRUE(document->autosaveWithImplicitCancellability());
+    EXPECT_TRUE(document->autosaveWithImplicitCancellability().value());
     EXPECT_FALSE(document->isDocumentEdited());
-    EXPECT_FALSE(document->autosaveWithImplicitCancellability()); // nothing left to save
+    EXPECT_FALSE(document->autosaveWithImplicitCancellability().value()); // nothing left to save
 
-    // Revert drops unsaved edits and goes through the opening again.
+    // Revert drops unsaved edits and goes through the opening again; the process counts as
+    // reverting while the old contents are taken down, and no longer once it is done.
     TAContextDatabase::createInvoiceInContext(document->database().context());
     jobs.calls.clear();
+    window.revertingWhenCleaned.clear();
     ASSERT_TRUE(document->revertToContentsOfURL().ok());
+    EXPECT_EQ(window.revertingWhenCleaned, (QList<bool>{true}));
+    EXPECT_FALSE(TADocumentController::isReverting());
+    EXPECT_TRUE(document->undoWindowEnabled());
     EXPECT_EQ(count(document, "Invoice"), 1);
     EXPECT_EQ(jobs.calls.first(), QStringLiteral("poolOut"));
     EXPECT_TRUE(document->timersRunning());
@@ -280,7 +289,7 @@ void DocumentLifecycle::expectLockedBehaviour(TADocument *document) {
     EXPECT_EQ(invoice->total(), dec("999"));
     EXPECT_EQ(appliedRecords, 0);
     EXPECT_FALSE(document->hasAutosaveScheduled());
-    EXPECT_FALSE(document->autosaveWithImplicitCancellability());
+    EXPECT_FALSE(document->autosaveWithImplicitCancellability().value());
     // An edit in memory is still totalled, on the spot.
     invoice->items().value(0)->setPrice(dec("4"));
     EXPECT_EQ(invoice->total(), dec("8"));
@@ -301,7 +310,7 @@ void DocumentLifecycle::expectEditsKeptForAnotherFile(TADocument *document) {
     document->database().endUndoGrouping();
     // On the spot: a background run reads the file, which cannot take the edit.
     EXPECT_EQ(invoice->total(), dec("8"));
-    EXPECT_FALSE(document->autosaveWithImplicitCancellability());
+    EXPECT_FALSE(document->autosaveWithImplicitCancellability().value());
     auto refused = document->save();
     ASSERT_FALSE(refused.ok());
     EXPECT_EQ(refused.error().code, ErrorCode::FileReadOnly);
@@ -373,7 +382,11 @@ TEST_F(DocumentLifecycle, SaveRefusesToOverwriteAnotherProgramsWrite) {
     auto refused = document->save();
     ASSERT_FALSE(refused.ok());
     EXPECT_EQ(refused.error().code, ErrorCode::FileChangedElsewhere);
-    EXPECT_FALSE(document->autosaveWithImplicitCancellability());
+    // The autosave gives the same reason rather than a bare refusal.
+    document->updateChangeCount(TADocument::ChangeDone);
+    auto autosaved = document->autosaveWithImplicitCancellability();
+    ASSERT_FALSE(autosaved.ok());
+    EXPECT_EQ(autosaved.error().code, ErrorCode::FileChangedElsewhere);
     // Our own saves past the regular path never count as another program's.
     document->replaceRecordedModificationDate();
     EXPECT_TRUE(document->save().ok());
