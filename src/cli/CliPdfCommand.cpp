@@ -29,19 +29,20 @@ TAInvoice *CliPdfCommand::findInvoice(CliDocument &document, const QString &numb
     return nullptr;
 }
 
-bool CliPdfCommand::chooseTemplate(CliDocument &document, TAInvoice *invoice, const QString &name) {
+Result<void> CliPdfCommand::chooseTemplate(CliDocument &document, TAInvoice *invoice,
+                                           const QString &name) {
     if (name.isEmpty()) {
         LMInvoiceOutput::assignFirstTemplateIfNone(invoice);
-        return true;
+        return {};
     }
     for (LMInvoiceTemplateClass *invoiceTemplate :
          TAContextDatabase::getTemplatesInContext(document.database().context())) {
         if (invoiceTemplate->name() == name) {
             invoice->setInvoiceTemplate(invoiceTemplate);
-            return true;
+            return {};
         }
     }
-    return false;
+    return Error{ErrorCode::Generic, QStringLiteral("no template named '%1'").arg(name)};
 }
 
 QString CliPdfCommand::fileNameFor(TAInvoice *invoice, int position) {
@@ -80,8 +81,8 @@ int CliPdfCommand::run(const QStringList &arguments, QTextStream &out, QTextStre
     if (!invoice)
         return fail(err, path, QStringLiteral("no invoice numbered '%1'").arg(number),
                     CliExit::Usage);
-    if (!chooseTemplate(document, invoice, templateName))
-        return usageError(err, QStringLiteral("no template named '%1'").arg(templateName));
+    if (auto chosen = chooseTemplate(document, invoice, templateName); !chosen)
+        return usageError(err, chosen.error().message);
     const QString target = parsed->value(QStringLiteral("-o"));
     const Result<int> pages = LMInvoiceOutput::writePdf(invoice, target);
     if (!pages)
@@ -100,8 +101,8 @@ int CliPdfCommand::writeAll(CliDocument &document, const QString &folder,
     for (TAInvoice *invoice :
          TAContextDatabase::getInvoicesInContext(document.database().context())) {
         ++position;
-        if (!chooseTemplate(document, invoice, templateName))
-            return usageError(err, QStringLiteral("no template named '%1'").arg(templateName));
+        if (auto chosen = chooseTemplate(document, invoice, templateName); !chosen)
+            return usageError(err, chosen.error().message);
         QString name = fileNameFor(invoice, position);
         // Two invoices of one number must not overwrite each other.
         if (used.contains(name))

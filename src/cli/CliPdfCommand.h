@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/CliCommand.h"
+#include "foundation/Result.h"
 
 class CliDocument;
 class TAInvoice;
@@ -17,8 +18,9 @@ public:
     // The invoice with that number; null when there is none.
     static TAInvoice *findInvoice(CliDocument &document, const QString &number);
     // Gives the invoice the named template for this output only (the file is not saved), or the
-    // document's first when it has none; false when no template has that name.
-    static bool chooseTemplate(CliDocument &document, TAInvoice *invoice, const QString &name);
+    // document's first when it has none; the usage message when no template has that name.
+    static Result<void> chooseTemplate(CliDocument &document, TAInvoice *invoice,
+                                       const QString &name);
     // The file name of an invoice in a folder: its number made safe, else its position.
     static QString fileNameFor(TAInvoice *invoice, int position);
 

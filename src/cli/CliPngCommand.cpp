@@ -48,8 +48,8 @@ int CliPngCommand::run(const QStringList &arguments, QTextStream &out, QTextStre
         return fail(err, path, QStringLiteral("no invoice numbered '%1'").arg(number),
                     CliExit::Usage);
     const QString templateName = parsed->value(QStringLiteral("--template"));
-    if (!CliPdfCommand::chooseTemplate(**opened, invoice, templateName))
-        return usageError(err, QStringLiteral("no template named '%1'").arg(templateName));
+    if (auto chosen = CliPdfCommand::chooseTemplate(**opened, invoice, templateName); !chosen)
+        return usageError(err, chosen.error().message);
     const int pages = LMInvoiceOutput::pageCount(invoice);
     if (page > pages)
         return usageError(err, QStringLiteral("the invoice has %1 page(s)").arg(pages));

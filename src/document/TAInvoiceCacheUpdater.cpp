@@ -140,10 +140,12 @@ void TAInvoiceCacheUpdater::makeDocumentSettings() {
     (void)m_document.database().getDefaultCurrency();
 }
 
-bool TAInvoiceCacheUpdater::saveBeforeBackgroundRun() {
+Result<void> TAInvoiceCacheUpdater::saveBeforeBackgroundRun() {
     ManagedObjectContext *context = m_document.managedObjectContext();
     if (!context)
-        return false;
+        return Error{ErrorCode::Generic,
+                     QStringLiteral("The totals were left as they were: the document has no "
+                                    "contents open to save for them.")};
     // The worker reads the file: what it needs must be there. A failed save is not shown:
     // the worker then reads the older values, and the totals stay as they were until the
     // next change.
@@ -152,7 +154,7 @@ bool TAInvoiceCacheUpdater::saveBeforeBackgroundRun() {
         qWarning("Totals are computed from the last saved values: %s",
                  qUtf8Printable(saved.error().message));
     m_document.replaceRecordedModificationDate();
-    return true;
+    return {};
 }
 
 void TAInvoiceCacheUpdater::updateInvoicesCache() {
@@ -162,8 +164,7 @@ void TAInvoiceCacheUpdater::updateInvoicesCache() {
         onMainThreadUpdateInvoicesCache();
         return;
     }
-    if (saveBeforeBackgroundRun())
-        enqueue({}, true);
+    enqueue({}, true);
 }
 
 void TAInvoiceCacheUpdater::updateInvoiceCacheWithObjectId(const ObjectID &invoiceID) {
@@ -173,11 +174,14 @@ void TAInvoiceCacheUpdater::updateInvoiceCacheWithObjectId(const ObjectID &invoi
         onMainThreadUpdateInvoiceCacheWithObjectId(invoiceID);
         return;
     }
-    if (saveBeforeBackgroundRun())
-        enqueue({invoiceID}, false);
+    enqueue({invoiceID}, false);
 }
 
 void TAInvoiceCacheUpdater::enqueue(QList<ObjectID> invoiceIDs, bool allInvoices) {
+    if (auto saved = saveBeforeBackgroundRun(); !saved) {
+        qWarning("%s", qUtf8Printable(saved.error().message));
+        return;
+    }
     m_queue.start(
         [store = m_document.sharedStore(), ids = std::move(invoiceIDs), allInvoices,
          receiver = QPointer<TAInvoiceCacheUpdater>(this), cancelled = m_cancelled,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "billing/TAInvoiceCacheRequests.h"
+#include "foundation/Result.h"
 #include "objectstore/ObjectID.h"
 
 #include <QList>
@@ -70,7 +71,8 @@ signals:
 private:
     bool canRunInBackground() const;
     void makeDocumentSettings();
-    bool saveBeforeBackgroundRun();
+    Result<void> saveBeforeBackgroundRun();
+    // Saves what the worker reads, then hands it the invoices.
     void enqueue(QList<ObjectID> invoiceIDs, bool allInvoices);
     void cacheReload();
 

@@ -79,11 +79,19 @@ TEST_F(CliOutput, PdfAndPngOfTheSampleInvoices) {
              QStringLiteral("0.5"), QStringLiteral("-o"), png});
     EXPECT_EQ(other.status, 0) << other.err.toStdString();
     EXPECT_EQ(QImage(png).size(), QSize(306, 396)) << "Sky is US Letter, at half scale";
-    EXPECT_EQ(cli({QStringLiteral("pdf"), file, QStringLiteral("--all"),
-                   dir.filePath(QStringLiteral("none")), QStringLiteral("--template"),
-                   QStringLiteral("Nope")})
-                  .status,
-              1);
+    // An unknown template is named back, for each command that draws through one.
+    const CliOutcome noTemplate = cli({QStringLiteral("pdf"), file, QStringLiteral("--all"),
+                                       dir.filePath(QStringLiteral("none")),
+                                       QStringLiteral("--template"), QStringLiteral("Nope")});
+    EXPECT_EQ(noTemplate.status, 1);
+    EXPECT_TRUE(noTemplate.err.contains(QStringLiteral("no template named 'Nope'")))
+        << noTemplate.err.toStdString();
+    const CliOutcome noTemplatePicture =
+        cli({QStringLiteral("png"), file, QStringLiteral("--invoice"), QStringLiteral("2001"),
+             QStringLiteral("--template"), QStringLiteral("Nope"), QStringLiteral("-o"), png});
+    EXPECT_EQ(noTemplatePicture.status, 1);
+    EXPECT_TRUE(noTemplatePicture.err.contains(QStringLiteral("no template named 'Nope'")))
+        << noTemplatePicture.err.toStdString();
 
     EXPECT_EQ(cli({QStringLiteral("png"), file, QStringLiteral("--invoice"), QStringLiteral("2001"),
                    QStringLiteral("--page"), QStringLiteral("9"), QStringLiteral("-o"), png})

@@ -128,8 +128,11 @@ TEST_F(TemplateModelTest, PagesAreInsertedAndRemovedByTagWithTheirNotifications)
     LMInvoiceElementClass *element = first->newElement();
     element->setType(13);
     LMInvoiceTemplateColumnClass *column = element->getColsArray().first();
-    EXPECT_TRUE(t->removePageWithTag(1));
-    EXPECT_FALSE(t->removePageWithTag(1));
+    EXPECT_TRUE(t->removePageWithTag(1).ok());
+    const Result<void> again = t->removePageWithTag(1);
+    ASSERT_FALSE(again.ok());
+    EXPECT_TRUE(again.error().message.contains(QStringLiteral("no page with tag 1")))
+        << again.error().message.toStdString();
     EXPECT_EQ(element->managedObjectContext(), nullptr);
     EXPECT_EQ(column->managedObjectContext(), nullptr);
     EXPECT_EQ(tags(t), (QList<qint64>{0, 10}));

@@ -99,8 +99,13 @@ Result<void> LMInvoiceMail::sendTemplate(LMInvoiceTemplateClass *invoiceTemplate
                   mailArguments(QFileInfo(path).completeBaseName(), path, QString(), QString()));
 }
 
-bool LMInvoiceMail::openWithDesktop(const QString &path) {
-    return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+Result<void> LMInvoiceMail::openWithDesktop(const QString &path) {
+    if (QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
+        return {};
+    return Error{ErrorCode::Generic,
+                 tr("No program opened \"%1\". Choose a default application for PDF files in "
+                    "the desktop's settings, then try again.")
+                     .arg(path)};
 }
 
 LMInvoiceMail::Alert LMInvoiceMail::previewErrorAlert() {
@@ -110,7 +115,12 @@ LMInvoiceMail::Alert LMInvoiceMail::previewErrorAlert() {
 std::optional<LMInvoiceMail::Alert> LMInvoiceMail::preview(TAInvoice *invoice,
                                                            const Opener &opener) {
     const QString path = LMInvoiceOutput::generateTemporaryPdf(invoice);
-    if (!path.isEmpty() && QFileInfo::exists(path) && opener(path))
-        return std::nullopt;
-    return previewErrorAlert();
+    // A file that could not be written has had its reason logged already.
+    if (path.isEmpty() || !QFileInfo::exists(path))
+        return previewErrorAlert();
+    if (auto opened = opener(path); !opened) {
+        qWarning("%s", qUtf8Printable(opened.error().message));
+        return previewErrorAlert();
+    }
+    return std::nullopt;
 }

@@ -46,8 +46,9 @@ public:
                                      const Runner &runner = runProcess);
 
     // Opens the temporary PDF with the desktop's viewer; the alert to show when that fails.
-    using Opener = std::function<bool(const QString &path)>;
-    static bool openWithDesktop(const QString &path);
+    // The opener's reason goes to the log: the alert's text is the same whatever failed.
+    using Opener = std::function<Result<void>(const QString &path)>;
+    static Result<void> openWithDesktop(const QString &path);
     static std::optional<Alert> preview(TAInvoice *invoice, const Opener &opener = openWithDesktop);
     static Alert previewErrorAlert();
 

@@ -213,10 +213,14 @@ void LMInvoiceTemplateClass::removePageAtIndex(qint64 index) {
     postPagesReload(this);
 }
 
-bool LMInvoiceTemplateClass::removePageWithTag(qint64 tag) {
+Result<void> LMInvoiceTemplateClass::removePageWithTag(qint64 tag) {
     ManagedObjectContext *context = managedObjectContext();
     if (!context)
-        return false;
+        return Error{ErrorCode::Generic,
+                     QCoreApplication::translate("LMInvoiceTemplateClass",
+                                                 "The template \"%1\" is not in a document, so "
+                                                 "its pages cannot be changed.")
+                         .arg(name())};
     for (LMInvoiceTemplatePageClass *page : pages()) {
         if (page->tag() != tag)
             continue;
@@ -224,9 +228,13 @@ bool LMInvoiceTemplateClass::removePageWithTag(qint64 tag) {
         context->deleteObject(page);
         context->processPendingChanges();
         postPagesReload(this);
-        return true;
+        return {};
     }
-    return false;
+    return Error{ErrorCode::Generic,
+                 QCoreApplication::translate("LMInvoiceTemplateClass",
+                                             "The template \"%1\" has no page with tag %2.")
+                     .arg(name())
+                     .arg(tag)};
 }
 
 bool LMInvoiceTemplateClass::containsPageWithTag(qint64 tag) const {

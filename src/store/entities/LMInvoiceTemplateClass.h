@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Result.h"
 #include "foundation/ScopedOverride.h"
 #include "store/entities/LMManagedObject.h"
 
@@ -53,7 +54,7 @@ public:
     // Deletes the page at that sorted position and renumbers the others from 0.
     void removePageAtIndex(qint64 index);
     // Deletes the page with that tag; the other tags stay, gaps and all.
-    bool removePageWithTag(qint64 tag);
+    Result<void> removePageWithTag(qint64 tag);
     bool containsPageWithTag(qint64 tag) const;
 
     QImage coverImage() const;

@@ -73,10 +73,18 @@ TEST_F(MailHandoffTest, SendWritesTheTemporaryPdfAndNamesTheClient) {
     });
     ASSERT_FALSE(failed);
     EXPECT_EQ(failed.error().message, QStringLiteral("no mail account"));
-    EXPECT_EQ(LMInvoiceMail::preview(invoice, [](const QString &) { return false; }),
-              LMInvoiceMail::previewErrorAlert());
+    QString previewed;
+    EXPECT_EQ(
+        LMInvoiceMail::preview(invoice,
+                               [&](const QString &path) -> Result<void> {
+                                   previewed = path;
+                                   return Error{ErrorCode::Generic, QStringLiteral("no viewer")};
+                               }),
+        LMInvoiceMail::previewErrorAlert());
+    EXPECT_TRUE(QFileInfo::exists(previewed));
     EXPECT_EQ(LMInvoiceMail::previewErrorAlert().title, QStringLiteral("Preview error"));
-    EXPECT_FALSE(LMInvoiceMail::preview(invoice, [](const QString &) { return true; }));
+    EXPECT_FALSE(
+        LMInvoiceMail::preview(invoice, [](const QString &) -> Result<void> { return {}; }));
 }
 
 TEST_F(MailHandoffTest, RunningTheMailProgramTellsWhyItFailed) {
