@@ -1,5 +1,6 @@
 #include "objectstore/KeyValueCoding.h"
 
+#include "foundation/Check.h"
 #include "objectstore/KeyPath.h"
 
 #include <QMutex>
@@ -35,8 +36,7 @@ const KeyValueCoding *KeyValueCoding::fromVariant(const QVariant &value) {
 }
 
 void KeyValueCoding::registerUnwrapper(Unwrapper unwrapper) {
-    if (!unwrapper)
-        return;
+    BF_CHECK(unwrapper, return);
     QMutexLocker locker(&registrationMutex);
     const int count = unwrapperCount.load(std::memory_order_relaxed);
     for (int i = 0; i < count; ++i) {

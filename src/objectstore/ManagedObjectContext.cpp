@@ -1,5 +1,6 @@
 #include "objectstore/ManagedObjectContext.h"
 
+#include "foundation/Check.h"
 #include "objectstore/ManagedObjectModel.h"
 #include "objectstore/ObjectGraph.h"
 #include "objectstore/PersistentStore.h"
@@ -372,8 +373,8 @@ void ManagedObjectContext::redoInsert(ManagedObject *object) {
 }
 
 void ManagedObjectContext::ensureToManyLoaded(const RelationshipDescription &relationship) {
-    if (!relationship.toMany || !relationship.destination)
-        return;
+    // Only resolved to-many links of the model are passed here.
+    BF_CHECK(relationship.toMany && relationship.destination, return);
     ensureEntityLoaded(relationship.destination);
     for (const EntityDescription *sub : relationship.destination->subentities())
         ensureEntityLoaded(sub);

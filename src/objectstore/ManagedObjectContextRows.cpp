@@ -1,6 +1,7 @@
 // Reading and writing rows: the part of ManagedObjectContext that talks to SQLite.
 #include "objectstore/ManagedObjectContext.h"
 
+#include "foundation/Check.h"
 #include "objectstore/ManagedObjectModel.h"
 #include "objectstore/ObjectGraph.h"
 #include "objectstore/PersistentStore.h"
@@ -218,8 +219,8 @@ bool ManagedObjectContext::loadRowsWithNullLinks(const EntityDescription *entity
         if (!slot || slot->kind != PropertySlot::ToOne)
             continue;
         const RelationshipDescription &r = entity->relationships()[slot->declaration];
-        if (!r.destination)
-            return false;
+        // The model refuses to load with a link to an unknown entity.
+        BF_CHECK(r.destination, return false);
         // Named with the table: inside the subquery, a bare name would mean the other table's
         // column of the same name.
         const QString table = quoted(PersistentStore::tableName(entity)) + u'.';

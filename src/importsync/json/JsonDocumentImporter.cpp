@@ -1,5 +1,6 @@
 #include "importsync/json/JsonDocumentImporter.h"
 
+#include "foundation/Check.h"
 #include "importsync/json/JsonDocumentExporter.h"
 #include "importsync/json/JsonKeyIndex.h"
 #include "importsync/json/JsonText.h"
@@ -639,8 +640,9 @@ Result<void> JsonDocumentImporter::insertObjects(ManagedObjectContext &context) 
     for (qsizetype at : order) {
         Planned &planned = m_objects[at];
         planned.object = context.insertNewObject(planned.entity->name());
-        if (!planned.object)
-            return fault(objectPath(keyOf(planned)), QStringLiteral("could not be made"));
+        // Keys naming an unknown or abstract entity were refused while reading.
+        BF_CHECK(planned.object,
+                 return fault(objectPath(keyOf(planned)), QStringLiteral("could not be made")));
         if (auto skipped = store->skipPrimaryKeysThrough(planned.entity, planned.number - 1);
             !skipped)
             return fault(objectPath(keyOf(planned)), skipped.error().message);

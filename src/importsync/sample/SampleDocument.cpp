@@ -132,8 +132,12 @@ void SampleDocument::moveDates(ManagedObjectContext &context, qint64 days) {
         FetchRequest request(entity->name());
         request.includesSubentities = false;
         auto objects = context.executeFetchRequest(request);
-        if (!objects)
+        if (!objects) {
+            // The sample stays usable with these dates where they were.
+            qWarning("The dates of %s were not moved: %s", qUtf8Printable(entity->name()),
+                     qUtf8Printable(objects.error().message));
             continue;
+        }
         for (ManagedObject *object : *objects)
             for (const QString &key : dateKeys) {
                 const QDateTime date = object->primitiveValueForKey(key).toDateTime();
