@@ -4,35 +4,13 @@
 #include "document/TADocModelVersions.h"
 #include "objectstore/ManagedObjectModel.h"
 #include "objectstore/SqliteConnection.h"
+#include "support/FileFingerprint.h"
+#include "support/FillingDevice.h"
 
-#include <QCryptographicHash>
 #include <QFileInfo>
 #include <QRegularExpression>
 
-namespace {
-
-// Takes nothing: standard output on a full disk.
-class FullDevice : public QIODevice {
-public:
-    FullDevice() { open(QIODevice::WriteOnly); }
-
-protected:
-    qint64 readData(char *, qint64) override { return -1; }
-    qint64 writeData(const char *, qint64) override {
-        setErrorString(QStringLiteral("No space left on device"));
-        return -1;
-    }
-};
-
-QByteArray fingerprint(const QString &path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256) +
-           QFileInfo(path).lastModified().toString(Qt::ISODateWithMs).toUtf8();
-}
-
-} // namespace
+namespace {} // namespace
 
 class CliBadFileTest : public CliTest {
 protected:
@@ -141,7 +119,7 @@ TEST_F(CliBadFileTest, OutputThatCannotBeWrittenFailsTheCommand) {
     for (const QStringList &arguments :
          {QStringList{"info", path("a.tadb")}, QStringList{"list", "clients", path("a.tadb")},
           QStringList{"export-json", path("a.tadb")}}) {
-        FullDevice full;
+        FillingDevice full(0); // standard output on a full disk
         QString errors;
         QTextStream out(&full);
         QTextStream err(&errors);

@@ -1,5 +1,7 @@
 #include "CliTestSupport.h"
 
+#include "support/StrayFiles.h"
+
 #include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -67,18 +69,7 @@ protected:
 
     // Files that are neither one of the documents named here (with their SQLite side files)
     // nor another input of the command.
-    QStringList strays(const QStringList &known) const {
-        QStringList left;
-        for (const QString &name : files()) {
-            bool ok = false;
-            for (const QString &document : known)
-                for (const char *suffix : {"", "-wal", "-shm"})
-                    ok = ok || name == document + QLatin1String(suffix);
-            if (!ok)
-                left.append(name);
-        }
-        return left;
-    }
+    QStringList strays(const QStringList &known) const { return strayFiles(dir.path(), known); }
 
     // An existing document whose newest change is still in its write-ahead log.
     void makeOldDocument(const QString &name) {

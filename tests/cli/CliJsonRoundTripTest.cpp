@@ -10,6 +10,7 @@
 #include "store/entities/TAKeys.h"
 #include "store/entities/TAPreferences.h"
 #include "store/entities/TAProject.h"
+#include "support/FillingDevice.h"
 
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -17,30 +18,6 @@
 #include <QRegularExpression>
 
 namespace {
-
-// Takes `room` bytes, then refuses: a full disk in the middle of a large export.
-class FillingDevice : public QIODevice {
-public:
-    explicit FillingDevice(qint64 room)
-        : m_room(room) {
-        open(QIODevice::WriteOnly);
-    }
-    QByteArray taken;
-
-protected:
-    qint64 readData(char *, qint64) override { return -1; }
-    qint64 writeData(const char *data, qint64 size) override {
-        if (taken.size() + size > m_room) {
-            setErrorString(QStringLiteral("No space left on device"));
-            return -1;
-        }
-        taken.append(data, size);
-        return size;
-    }
-
-private:
-    qint64 m_room;
-};
 
 // A value of the attribute's type that exercises its text form: unicode and quotes in text,
 // every byte in binaries, 38 digits in decimals, milliseconds in dates.
@@ -178,7 +155,7 @@ TEST_F(CliJsonRoundTripTest, AnExportThatCannotBeWrittenSaysSoAndLeavesNoFile) {
     ASSERT_TRUE(whole.ok());
     FillingDevice roomy(whole->size());
     ASSERT_TRUE(exporter.exportDocument(roomy).ok());
-    EXPECT_EQ(roomy.taken, *whole) << "written to a device, the text is the same";
+    EXPECT_EQ(roomy.written, *whole) << "written to a device, the text is the same";
     FillingDevice full(whole->size() - 1);
     const auto refused = exporter.exportDocument(full);
     ASSERT_FALSE(refused.ok());

@@ -1,6 +1,6 @@
-#include "cli/CliRunner.h"
 #include "invoicelayout/LMBuiltInTemplates.h"
 #include "store/TAApplicationHooks.h"
+#include "support/CliRun.h"
 
 #include <QFile>
 #include <QGuiApplication>
@@ -13,18 +13,8 @@
 
 namespace {
 
-struct CliOutcome {
-    int status = -1;
-    QString out;
-    QString err;
-};
-
-CliOutcome cli(const QStringList &arguments) {
-    CliOutcome run;
-    QTextStream out(&run.out);
-    QTextStream err(&run.err);
-    run.status = CliRunner().run(arguments, out, err);
-    return run;
+CliRun cli(const QStringList &arguments) {
+    return CliRun::of(arguments);
 }
 
 // As in the program: drawing pages needs a GUI application, and new documents start with the
@@ -55,38 +45,38 @@ TEST_F(CliOutput, PdfAndPngOfTheSampleInvoices) {
     ASSERT_EQ(cli({QStringLiteral("new"), file, QStringLiteral("--sample")}).status, 0);
 
     const QString pdf = dir.filePath(QStringLiteral("one.pdf"));
-    const CliOutcome one = cli({QStringLiteral("pdf"), file, QStringLiteral("--invoice"),
-                                QStringLiteral("2001"), QStringLiteral("-o"), pdf});
+    const CliRun one = cli({QStringLiteral("pdf"), file, QStringLiteral("--invoice"),
+                            QStringLiteral("2001"), QStringLiteral("-o"), pdf});
     EXPECT_EQ(one.status, 0) << one.err.toStdString();
     QFile written(pdf);
     ASSERT_TRUE(written.open(QIODevice::ReadOnly));
     EXPECT_TRUE(written.read(5).startsWith("%PDF-"));
 
-    const CliOutcome all = cli({QStringLiteral("pdf"), file, QStringLiteral("--all"),
-                                dir.filePath(QStringLiteral("all"))});
+    const CliRun all = cli({QStringLiteral("pdf"), file, QStringLiteral("--all"),
+                            dir.filePath(QStringLiteral("all"))});
     EXPECT_EQ(all.status, 0) << all.err.toStdString();
     EXPECT_EQ(all.out.count(QStringLiteral(".pdf:")), 5);
 
     const QString png = dir.filePath(QStringLiteral("p.png"));
-    const CliOutcome picture =
+    const CliRun picture =
         cli({QStringLiteral("png"), file, QStringLiteral("--invoice"), QStringLiteral("2001"),
              QStringLiteral("--page"), QStringLiteral("1"), QStringLiteral("-o"), png});
     EXPECT_EQ(picture.status, 0) << picture.err.toStdString();
     EXPECT_EQ(QImage(png).size(), QSize(595, 842)) << "Blue Simple is A4";
-    const CliOutcome other =
+    const CliRun other =
         cli({QStringLiteral("png"), file, QStringLiteral("--invoice"), QStringLiteral("2001"),
              QStringLiteral("--template"), QStringLiteral("Sky"), QStringLiteral("--scale"),
              QStringLiteral("0.5"), QStringLiteral("-o"), png});
     EXPECT_EQ(other.status, 0) << other.err.toStdString();
     EXPECT_EQ(QImage(png).size(), QSize(306, 396)) << "Sky is US Letter, at half scale";
     // An unknown template is named back, for each command that draws through one.
-    const CliOutcome noTemplate = cli({QStringLiteral("pdf"), file, QStringLiteral("--all"),
-                                       dir.filePath(QStringLiteral("none")),
-                                       QStringLiteral("--template"), QStringLiteral("Nope")});
+    const CliRun noTemplate = cli({QStringLiteral("pdf"), file, QStringLiteral("--all"),
+                                   dir.filePath(QStringLiteral("none")),
+                                   QStringLiteral("--template"), QStringLiteral("Nope")});
     EXPECT_EQ(noTemplate.status, 1);
     EXPECT_TRUE(noTemplate.err.contains(QStringLiteral("no template named 'Nope'")))
         << noTemplate.err.toStdString();
-    const CliOutcome noTemplatePicture =
+    const CliRun noTemplatePicture =
         cli({QStringLiteral("png"), file, QStringLiteral("--invoice"), QStringLiteral("2001"),
              QStringLiteral("--template"), QStringLiteral("Nope"), QStringLiteral("-o"), png});
     EXPECT_EQ(noTemplatePicture.status, 1);

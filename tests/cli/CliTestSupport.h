@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/CliRunner.h"
+#include "support/CliRun.h"
 
 #include <QDir>
 #include <QFile>
@@ -11,26 +11,11 @@
 #include <gtest/gtest.h>
 
 // Runs billfold-cli commands in a process of the test, in a scratch folder.
-struct CliRun {
-    int status = -1;
-    QString out;
-    QString err;
-};
-
 class CliTest : public ::testing::Test {
 protected:
     QString path(const QString &name) const { return dir.filePath(name); }
 
-    CliRun cli(const QStringList &arguments) const {
-        CliRun run;
-        QTextStream out(&run.out);
-        QTextStream err(&run.err);
-        CliRunner runner;
-        run.status = runner.run(arguments, out, err);
-        out.flush();
-        err.flush();
-        return run;
-    }
+    CliRun cli(const QStringList &arguments) const { return CliRun::of(arguments); }
 
     QByteArray read(const QString &name) const {
         QFile file(path(name));

@@ -6,20 +6,12 @@
 #include "objectstore/ManagedObjectModel.h"
 #include "objectstore/PersistentStore.h"
 #include "store/TADocModel.h"
+#include "support/FileFingerprint.h"
 
-#include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
 
 namespace {
-
-QByteArray fingerprint(const QString &path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256) +
-           QFileInfo(path).lastModified().toString(Qt::ISODateWithMs).toUtf8();
-}
 
 QStringList entries(const QTemporaryDir &dir) {
     return QDir(dir.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);

@@ -4,6 +4,8 @@
 #include "objectstore/DocumentFileWriter.h"
 #include "objectstore/ManagedObjectContext.h"
 #include "objectstore/PersistentStore.h"
+#include "support/FillingDevice.h"
+#include "support/StrayFiles.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -83,26 +85,6 @@ void renameAll(ManagedObjectContext &ctx, const QString &prefix) {
     });
     for (ManagedObject *owner : owners)
         owner->setValueForKey(QStringLiteral("%1 %2").arg(prefix).arg(i++), QStringLiteral("name"));
-}
-
-QStringList filesIn(const QTemporaryDir &dir) {
-    return QDir(dir.path())
-        .entryList(QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
-}
-
-// Any file of the folder that is neither a document named here nor one of its SQLite side
-// files was left behind by an interrupted write.
-QStringList strays(const QTemporaryDir &dir, const QStringList &documents) {
-    QStringList left;
-    for (const QString &name : filesIn(dir)) {
-        bool known = false;
-        for (const QString &document : documents)
-            for (const char *suffix : {"", "-wal", "-shm"})
-                known = known || name == document + QLatin1String(suffix);
-        if (!known)
-            left.append(name);
-    }
-    return left;
 }
 
 // Writes go to a file only up to `bytes`; past that a write fails ("File too large"), or,
@@ -201,7 +183,7 @@ TEST_F(StoreWriteFault, SaveAsFailingToWriteLeavesBothFilesAsTheyWere) {
         EXPECT_EQ((*store)->path(), path("source.tadb"));
         EXPECT_EQ(namesIn(path("target.tadb"), *model), names(QStringLiteral("target"), 5, true));
         EXPECT_EQ(namesIn(path("source.tadb"), *model), names(QStringLiteral("source"), 40));
-        EXPECT_EQ(strays(dir, {"source.tadb", "target.tadb"}), QStringList());
+        EXPECT_EQ(strayFiles(dir.path(), {"source.tadb", "target.tadb"}), QStringList());
 
         ASSERT_TRUE(ctx.saveAs(path("target.tadb")).ok());
         EXPECT_EQ((*store)->path(), path("target.tadb"));
@@ -245,7 +227,7 @@ TEST_F(StoreWriteFault, KilledSaveAsLeavesTheOldOrTheNewDocument) {
         else
             ADD_FAILURE() << "the target holds neither document: " << qPrintable(found.join(", "));
         EXPECT_EQ(namesIn(path("source.tadb"), *model), names(QStringLiteral("source"), 60));
-        EXPECT_EQ(strays(dir, {"source.tadb", "target.tadb"}), QStringList());
+        EXPECT_EQ(strayFiles(dir.path(), {"source.tadb", "target.tadb"}), QStringList());
     };
     FaultVfs vfs;
     {
@@ -271,42 +253,18 @@ TEST_F(StoreWriteFault, KilledSaveAsLeavesTheOldOrTheNewDocument) {
     EXPECT_GT(sawNew, 0);
 }
 
-// Takes the first `room` writes, then fails as a full disk does.
-class FillingDevice : public QIODevice {
-public:
-    explicit FillingDevice(int room)
-        : m_room(room) {
-        open(QIODevice::WriteOnly);
-    }
-    QByteArray written;
-
-protected:
-    qint64 readData(char *, qint64) override { return -1; }
-    qint64 writeData(const char *data, qint64 size) override {
-        if (m_room-- <= 0) {
-            setErrorString(QStringLiteral("No space left on device"));
-            return -1;
-        }
-        written.append(data, size);
-        return size;
-    }
-
-private:
-    int m_room;
-};
-
 TEST(DocumentFileWriter, ImageIsWrittenWholeInWriteAheadModeOrFailsWithTheDevicesReason) {
     QByteArray image(3 * (1 << 20) + 123, 'x');
     image.replace(0, 16, QByteArray("SQLite format 3\0", 16));
     image[18] = image[19] = 1;
-    FillingDevice roomy(100);
+    FillingDevice roomy(100, FillingDevice::Room::Writes);
     ASSERT_TRUE(DocumentFileWriter::writeImage(image, roomy).ok());
     ASSERT_EQ(roomy.written.size(), image.size());
     EXPECT_EQ(int(roomy.written[18]), 2);
     EXPECT_EQ(int(roomy.written[19]), 2);
     EXPECT_EQ(roomy.written.mid(20), image.mid(20));
     for (int room = 0; room < 5; ++room) {
-        FillingDevice device(room);
+        FillingDevice device(room, FillingDevice::Room::Writes);
         const auto written = DocumentFileWriter::writeImage(image, device);
         ASSERT_FALSE(written.ok()) << room;
         EXPECT_EQ(written.error().message, QStringLiteral("No space left on device"));

@@ -6,7 +6,7 @@
 // BILLFOLD_FUZZ_SECONDS sets how long it runs (15 by default); BILLFOLD_FUZZ_SEED repeats
 // the cases of an earlier run, whose seed is printed first.
 #include "cli/CliListing.h"
-#include "cli/CliRunner.h"
+#include "support/CliRun.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -31,23 +31,6 @@ struct Table {
     QStringList kinds;  // entity code columns
     QStringList values; // attribute columns
 };
-
-struct CommandRun {
-    int status = -1;
-    QString out;
-    QString err;
-};
-
-CommandRun runCli(const QStringList &arguments) {
-    CommandRun run;
-    QTextStream out(&run.out);
-    QTextStream err(&run.err);
-    CliRunner runner;
-    run.status = runner.run(arguments, out, err);
-    out.flush();
-    err.flush();
-    return run;
-}
 
 QByteArray fileHash(const QString &path) {
     QFile file(path);
@@ -340,7 +323,7 @@ TEST(CliDocumentFuzz, DamagedDocumentsWorkOrFailWithOneClearLine) {
     const QString sample = dir.filePath(QStringLiteral("sample.tadb"));
     const QString file = dir.filePath(QStringLiteral("case.tadb"));
     const QString now = QStringLiteral("2025-03-10T12:00:00Z");
-    ASSERT_EQ(runCli({"new", sample, "--sample", "--now", now}).status, 0);
+    ASSERT_EQ(CliRun::of({"new", sample, "--sample", "--now", now}).status, 0);
     const QList<Table> tables = tablesOf(sample);
     ASSERT_GT(tables.size(), 10);
     const QStringList kinds = CliListing::kinds();
@@ -378,7 +361,7 @@ TEST(CliDocumentFuzz, DamagedDocumentsWorkOrFailWithOneClearLine) {
             {"export-json", file},
         };
         for (const QStringList &arguments : commands) {
-            const CommandRun run = runCli(arguments + QStringList{"--now", now});
+            const CliRun run = CliRun::of(arguments + QStringList{"--now", now});
             SCOPED_TRACE(arguments.join(u' ').toStdString());
             ASSERT_TRUE(run.status == 0 || run.status == 2) << run.err.toStdString();
             if (run.status == 2) {
