@@ -1,9 +1,9 @@
 #include "invoicelayout/LMBuiltInTemplates.h"
 #include "store/TAApplicationHooks.h"
 #include "support/CliRun.h"
+#include "support/OffscreenGuiApplication.h"
 
 #include <QFile>
-#include <QGuiApplication>
 #include <QImage>
 #include <QTemporaryDir>
 
@@ -21,22 +21,13 @@ CliRun cli(const QStringList &arguments) {
 // built-in designs.
 class CliOutput : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        if (QCoreApplication::instance())
-            return;
-        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-            qputenv("QT_QPA_PLATFORM", "offscreen");
-        static int argc = 1;
-        static char name[] = "test_cli";
-        static char *argv[] = {name, nullptr};
-        s_app = std::make_unique<QGuiApplication>(argc, argv);
-    }
+    static void SetUpTestSuite() { s_app = std::make_unique<OffscreenGuiApplication>("test_cli"); }
     static void TearDownTestSuite() { s_app.reset(); }
 
     TAApplicationHooks::ScopedTemplateSeeder seeder{&LMBuiltInTemplates::seedBuiltInTemplates};
 
 private:
-    static inline std::unique_ptr<QGuiApplication> s_app;
+    static inline std::unique_ptr<OffscreenGuiApplication> s_app;
 };
 
 TEST_F(CliOutput, PdfAndPngOfTheSampleInvoices) {
