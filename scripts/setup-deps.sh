@@ -9,6 +9,7 @@ packages=(
     libsqlite3-dev libicu-dev libboost-dev zlib1g-dev rapidjson-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     poppler-utils
+    desktop-file-utils xvfb xauth xdotool
     fonts-dejavu-core
 )
 
