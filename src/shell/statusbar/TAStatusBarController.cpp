@@ -1,47 +1,50 @@
 #include "shell/statusbar/TAStatusBarController.h"
 
 #include "shell/statusbar/TAStatusBarGrid.h"
+#include "toolkit/OTIcons.h"
 
 #include <QCoreApplication>
 #include <QIcon>
+
+#include <optional>
 
 namespace {
 
 struct ButtonKind {
     const char *title;
-    const char *themeIcon; // freedesktop name; empty for a button shown by its title alone
+    std::optional<OTIcons::Name> icon; // none for a button shown by its title alone
     bool hasDisabledLook;
 };
 
 // In the order of TAStatusBarController::Button.
 constexpr ButtonKind kButtons[] = {
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Add"), "list-add", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Pay"), "", true},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Edit"), "document-edit", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Info"), "dialog-information", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Add New"), "list-add", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Copy"), "edit-copy", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Style"), "", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Text"), "", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Shapes"), "", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Colors"), "", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Fonts"), "", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Print"), "document-print", true},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Send"), "mail-send", true},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Template"), "", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Invoice"), "", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Client"), "", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Projects"), "", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Inventory"), "", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Invoices"), "", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Activity"), "", false},
-    {QT_TRANSLATE_NOOP("TAStatusBarController", "Preview"), "document-print-preview", true},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Add"), OTIcons::Name::Add, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Pay"), OTIcons::Name::Pay, true},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Edit"), OTIcons::Name::Edit, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Info"), OTIcons::Name::Info, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Add New"), OTIcons::Name::Add, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Copy"), OTIcons::Name::Duplicate, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Style"), std::nullopt, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Text"), std::nullopt, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Shapes"), std::nullopt, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Colors"), std::nullopt, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Fonts"), std::nullopt, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Print"), OTIcons::Name::Print, true},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Send"), OTIcons::Name::Send, true},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Template"), std::nullopt, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Invoice"), std::nullopt, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Client"), std::nullopt, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Projects"), std::nullopt, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Inventory"), std::nullopt, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Invoices"), std::nullopt, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Activity"), std::nullopt, false},
+    {QT_TRANSLATE_NOOP("TAStatusBarController", "Preview"), OTIcons::Name::Preview, true},
 };
 static_assert(std::size(kButtons) == TAStatusBarController::ButtonCount,
               "one entry per button, in the order of the enumeration");
 
 QIcon iconFor(const ButtonKind &kind) {
-    return *kind.themeIcon ? QIcon::fromTheme(QString::fromLatin1(kind.themeIcon)) : QIcon();
+    return kind.icon ? OTIcons::icon(*kind.icon) : QIcon();
 }
 
 } // namespace

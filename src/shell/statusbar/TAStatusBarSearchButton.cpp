@@ -1,5 +1,7 @@
 #include "shell/statusbar/TAStatusBarSearchButton.h"
 
+#include "toolkit/OTIcons.h"
+
 #include <QAction>
 #include <QActionGroup>
 #include <QIcon>
@@ -7,8 +9,7 @@
 
 TAStatusBarSearchButton::TAStatusBarSearchButton(QWidget *parent)
     : QLineEdit(parent)
-    , m_menuAction(
-          addAction(QIcon::fromTheme(QStringLiteral("edit-find")), QLineEdit::LeadingPosition)) {
+    , m_menuAction(addAction(OTIcons::icon(OTIcons::Name::Search), QLineEdit::LeadingPosition)) {
     setPlaceholderText(tr("Search"));
     setAccessibleName(tr("Search"));
     setClearButtonEnabled(true);
