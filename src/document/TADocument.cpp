@@ -279,6 +279,7 @@ QString TADocument::fileURL() const {
 }
 
 void TADocument::updateChangeCount(int change) {
+    const bool wasEdited = isDocumentEdited();
     switch (change) {
     case ChangeDone:
     case ChangeRedone:
@@ -293,6 +294,8 @@ void TADocument::updateChangeCount(int change) {
     }
     if (m_changeCount != 0)
         scheduleAutosaving();
+    if (wasEdited != isDocumentEdited())
+        emit documentEditedChanged(isDocumentEdited());
 }
 
 void TADocument::scheduleAutosaving() {

@@ -115,6 +115,10 @@ public:
     // Closing the window: always allowed.
     bool windowShouldClose();
 
+signals:
+    // The document went from saved to changed or back: the window's title shows it.
+    void documentEditedChanged(bool edited);
+
 private:
     void bindStore(std::shared_ptr<PersistentStore> store);
     void startTimers();

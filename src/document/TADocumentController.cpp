@@ -1,9 +1,8 @@
 #include "document/TADocumentController.h"
 
-#include "document/TADocumentWindow.h"
-
 #include "document/TADocument.h"
 #include "document/TADocumentJobs.h"
+#include "document/TADocumentWindow.h"
 #include "store/TAGlobal.h"
 
 #include <QFileInfo>

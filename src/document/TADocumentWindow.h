@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QObject>
 #include <QString>
 
 class TADocument;
@@ -10,6 +11,9 @@ class TADocument;
 class TADocumentWindow {
 public:
     virtual ~TADocumentWindow() = default;
+
+    // The window as an object: how a document is found from its window or one of its views.
+    virtual const QObject *windowObject() const { return nullptr; }
 
     // Opening.
     virtual void makeSectionControllers(TADocument &document) { (void)document; }

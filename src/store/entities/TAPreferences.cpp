@@ -178,8 +178,14 @@ QString TAPreferences::increasedInvoiceNumber(const QString &number) {
     return increased;
 }
 
+// A section flag never set shows its section: a document starts with all sections.
+bool TAPreferences::sectionShown(const QString &key) const {
+    const QVariant value = valueForKey(key);
+    return !value.isValid() || value.toBool();
+}
+
 bool TAPreferences::showInvoices() const {
-    return boolForKey(TAKey::showInvoices);
+    return sectionShown(TAKey::showInvoices);
 }
 
 void TAPreferences::setShowInvoices(bool value) {
@@ -187,7 +193,7 @@ void TAPreferences::setShowInvoices(bool value) {
 }
 
 bool TAPreferences::showRecurring() const {
-    return boolForKey(TAKey::showRecurring);
+    return sectionShown(TAKey::showRecurring);
 }
 
 void TAPreferences::setShowRecurring(bool value) {
@@ -195,7 +201,7 @@ void TAPreferences::setShowRecurring(bool value) {
 }
 
 bool TAPreferences::showInventory() const {
-    return boolForKey(TAKey::showInventory);
+    return sectionShown(TAKey::showInventory);
 }
 
 void TAPreferences::setShowInventory(bool value) {
@@ -203,7 +209,7 @@ void TAPreferences::setShowInventory(bool value) {
 }
 
 bool TAPreferences::showProjects() const {
-    return boolForKey(TAKey::showProjects);
+    return sectionShown(TAKey::showProjects);
 }
 
 void TAPreferences::setShowProjects(bool value) {
@@ -211,7 +217,7 @@ void TAPreferences::setShowProjects(bool value) {
 }
 
 bool TAPreferences::showClients() const {
-    return boolForKey(TAKey::showClients);
+    return sectionShown(TAKey::showClients);
 }
 
 void TAPreferences::setShowClients(bool value) {
@@ -219,7 +225,7 @@ void TAPreferences::setShowClients(bool value) {
 }
 
 bool TAPreferences::showReports() const {
-    return boolForKey(TAKey::showReports);
+    return sectionShown(TAKey::showReports);
 }
 
 void TAPreferences::setShowReports(bool value) {

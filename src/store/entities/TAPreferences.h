@@ -142,4 +142,7 @@ public:
     void setRecurringTableSettings(const QByteArray &value);
     QByteArray invoicesTableSettings() const;
     void setInvoicesTableSettings(const QByteArray &value);
+
+private:
+    bool sectionShown(const QString &key) const;
 };
