@@ -65,7 +65,11 @@ void UndoManager::registerUndo(std::function<void()> action) {
             });
         }
     }
-    m_open.last()->actions.append(std::move(action));
+    std::shared_ptr<Group> &group = m_open.last();
+    group->actions.append(std::move(action));
+    // The first change of a loose group is already undoable, before the group closes.
+    if (m_automaticGroupOpen && m_open.size() == 1 && group->actions.size() == 1)
+        emit stacksChanged();
 }
 
 void UndoManager::closeAutomaticGroup() {
@@ -74,10 +78,12 @@ void UndoManager::closeAutomaticGroup() {
 }
 
 void UndoManager::setActionName(const QString &name) {
-    if (!m_open.isEmpty())
+    if (!m_open.isEmpty()) {
         m_open.first()->name = name;
-    else if (!m_undoStack.isEmpty())
+    } else if (!m_undoStack.isEmpty() && m_undoStack.last()->name != name) {
         m_undoStack.last()->name = name;
+        emit stacksChanged(); // the Undo menu item shows this name
+    }
 }
 
 QString UndoManager::currentActionName() const {

@@ -55,6 +55,8 @@ signals:
     void didRedo();
     void didOpenUndoGroup();
     void didCloseUndoGroup();
+    // Whatever canUndo, canRedo or the action names answer may have changed: a step was
+    // added, undone, redone or renamed, the stacks were cleared, or a loose change began.
     void stacksChanged();
 
 private:
