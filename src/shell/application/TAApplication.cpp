@@ -2,6 +2,7 @@
 
 #include "document/TADocument.h"
 #include "document/TADocumentController.h"
+#include "toolkit/OTIcons.h"
 
 #include <QIcon>
 #include <QWidget>
@@ -16,7 +17,7 @@ TAApplication::TAApplication(int &argc, char **argv)
     setApplicationName(QStringLiteral("Billfold"));
     setApplicationVersion(QStringLiteral(BILLFOLD_VERSION));
     setDesktopFileName(QStringLiteral("com.ostrel.Billfold"));
-    setWindowIcon(QIcon::fromTheme(QStringLiteral("com.ostrel.Billfold")));
+    setWindowIcon(OTIcons::applicationIcon());
     // The program lives on with no window: the welcome window or the recent list bring
     // documents back.
     setQuitOnLastWindowClosed(false);

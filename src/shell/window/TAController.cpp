@@ -6,7 +6,8 @@
 #include <QWidget>
 
 TAController::TAController(TADocument *document, QObject *parent)
-    : QObject(parent), m_document(document) {}
+    : QObject(parent)
+    , m_document(document) {}
 
 TAController::~TAController() {
     // The page may sit in the section stack, which would otherwise delete it a second time.
