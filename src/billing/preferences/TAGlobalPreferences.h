@@ -19,6 +19,10 @@ public:
     qint64 idleTime() const;
     void setIdleTime(qint64 seconds);
 
+    // The user's settings file itself, for the program's other per-user state (recent
+    // documents, window frames), so that everything lands in one file.
+    QSettings &settings() const { return *m_settings; }
+
 private:
     TAGlobalPreferences();
 

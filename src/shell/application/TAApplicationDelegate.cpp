@@ -21,6 +21,7 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QSettings>
+#include <QShortcut>
 #include <QStandardPaths>
 #include <QUrl>
 
@@ -40,12 +41,6 @@ TAApplicationDelegate::TAApplicationDelegate(QObject *parent)
     , m_windows([this](TADocument &document) { return makeWindow(document); }) {
     connect(qApp, &QCoreApplication::aboutToQuit, this,
             &TAApplicationDelegate::applicationShouldTerminate);
-    // With no document and no window left there is nothing a person could reach the program
-    // from (there is no tray icon yet), so it ends instead of running unseen.
-    connect(qApp, &QGuiApplication::lastWindowClosed, this, [] {
-        if (TADocumentController::sharedDocumentController().documents().isEmpty())
-            QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
-    });
 }
 
 TAApplicationDelegate::~TAApplicationDelegate() = default;
@@ -116,7 +111,8 @@ void TAApplicationDelegate::applicationDidFinishLaunching(const QStringList &fil
 }
 
 void TAApplicationDelegate::restoreOpenDocuments() {
-    const QStringList paths = QSettings().value(kOpenDocumentsKey).toStringList();
+    const QStringList paths =
+        TAGlobalPreferences::sharedInstance().settings().value(kOpenDocumentsKey).toStringList();
     for (const QString &path : paths)
         if (QFileInfo::exists(path))
             (void)openDocumentAtPath(path); // a file that cannot be opened says so itself
@@ -159,7 +155,7 @@ void TAApplicationDelegate::applicationShouldTerminate() {
     for (TADocument *document : documents)
         if (!document->fileURL().isEmpty())
             open.append(document->fileURL());
-    QSettings().setValue(kOpenDocumentsKey, open);
+    TAGlobalPreferences::sharedInstance().settings().setValue(kOpenDocumentsKey, open);
     for (TADocument *document : documents) {
         if (TAMainWindow *window = TAMainWindow::forDocument(document))
             window->saveWindowState();
@@ -320,6 +316,10 @@ void TAApplicationDelegate::showWelcome() {
             newDocument();
             importLumarin3();
         });
+        // The program stays when its last window closes; with no document window and so no
+        // menu bar, the welcome window is where the standard Quit keys are heard.
+        auto *quitKeys = new QShortcut(QKeySequence::Quit, m_welcome);
+        connect(quitKeys, &QShortcut::activated, this, &TAApplicationDelegate::quit);
     }
     m_welcome->showWelcome();
 }

@@ -4,6 +4,7 @@
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPainterPath>
+#include <QtMath>
 
 namespace {
 // The message is read at a glance over a busy window: larger than body text, and one line.
@@ -46,13 +47,16 @@ QFont TAUndoContentView::messageFont() const {
 }
 
 int TAUndoContentView::padding() const {
-    return QFontMetrics(messageFont()).height();
+    return QFontMetrics(messageFont(), this).height();
 }
 
+// Measured on this widget, whose screen decides the resolution the text is drawn at.
 QSize TAUndoContentView::sizeHint() const {
-    const QFontMetrics metrics(messageFont());
+    const QFontMetrics metrics(messageFont(), this);
     const int pad = padding();
-    return {metrics.horizontalAdvance(m_string) + 2 * pad, metrics.height() + pad * 3 / 2};
+    // Rounded up from the exact advance: eliding compares the exact width, not the rounded one.
+    const int text = qCeil(QFontMetricsF(messageFont(), this).horizontalAdvance(m_string));
+    return {text + 2 * pad, metrics.height() + pad * 3 / 2};
 }
 
 void TAUndoContentView::paintEvent(QPaintEvent *) {
@@ -74,7 +78,8 @@ void TAUndoContentView::paintEvent(QPaintEvent *) {
     // The window may have been made narrower than the text to stay within the main window.
     const QFont font = messageFont();
     const QRect textRect = rect().adjusted(padding(), 0, -padding(), 0);
-    const QString shown = QFontMetrics(font).elidedText(m_string, Qt::ElideRight, textRect.width());
+    const QString shown =
+        QFontMetrics(font, this).elidedText(m_string, Qt::ElideRight, textRect.width());
     painter.setFont(font);
     painter.setPen(palette().color(QPalette::ToolTipText));
     painter.drawText(textRect, Qt::AlignCenter | Qt::TextSingleLine, shown);

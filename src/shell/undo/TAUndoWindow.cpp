@@ -151,6 +151,9 @@ QRect TAUndoWindow::frameOver(QWidget *over) const {
     QScreen *screen = over ? over->screen() : QGuiApplication::primaryScreen();
     const QRect available = screen ? screen->availableGeometry() : QRect();
     const QRect area = over ? over->frameGeometry() : available;
+    // A window not shown yet gets its style's font only when polished: measure with that font.
+    const_cast<TAUndoWindow *>(this)->ensurePolished();
+    m_content->ensurePolished();
     QSize size = m_content->sizeHint();
     const int widest = area.intersected(available.isValid() ? available : area).width();
     if (widest > 2 * EdgeMargin)

@@ -36,7 +36,10 @@ TAMainWindow::TAMainWindow(TADocument &document)
     connect(m_groupsController, &TAGroupsController::restorableStateChanged, this,
             [this] { saveWindowState(); });
     // The window lives as long as its document.
-    connect(&document, &QObject::destroyed, this, &QObject::deleteLater);
+    connect(&document, &QObject::destroyed, this, [this] {
+        hide();
+        deleteLater();
+    });
     connect(&document, &TADocument::documentEditedChanged, this, [this] { updateTitle(); });
     updateTitle();
 }

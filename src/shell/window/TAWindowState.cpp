@@ -1,5 +1,7 @@
 #include "shell/window/TAWindowState.h"
 
+#include "billing/preferences/TAGlobalPreferences.h"
+
 #include <QCryptographicHash>
 #include <QFileInfo>
 #include <QSettings>
@@ -22,20 +24,29 @@ TAWindowState::TAWindowState(const QString &documentPath)
                                       .toHex())) {}
 
 QByteArray TAWindowState::geometry() const {
-    return QSettings().value(m_group + QStringLiteral("/geometry")).toByteArray();
+    return TAGlobalPreferences::sharedInstance()
+        .settings()
+        .value(m_group + QStringLiteral("/geometry"))
+        .toByteArray();
 }
 
 QByteArray TAWindowState::splitter() const {
-    return QSettings().value(m_group + QStringLiteral("/splitter")).toByteArray();
+    return TAGlobalPreferences::sharedInstance()
+        .settings()
+        .value(m_group + QStringLiteral("/splitter"))
+        .toByteArray();
 }
 
 QVariantMap TAWindowState::groups() const {
-    return QSettings().value(m_group + QStringLiteral("/TAGroupsController")).toMap();
+    return TAGlobalPreferences::sharedInstance()
+        .settings()
+        .value(m_group + QStringLiteral("/TAGroupsController"))
+        .toMap();
 }
 
 void TAWindowState::save(const QByteArray &geometry, const QByteArray &splitter,
                          const QVariantMap &groups) const {
-    QSettings settings;
+    QSettings &settings = TAGlobalPreferences::sharedInstance().settings();
     settings.setValue(m_group + QStringLiteral("/geometry"), geometry);
     settings.setValue(m_group + QStringLiteral("/splitter"), splitter);
     settings.setValue(m_group + QStringLiteral("/TAGroupsController"), groups);

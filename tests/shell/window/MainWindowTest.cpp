@@ -1,3 +1,4 @@
+#include "billing/preferences/TAGlobalPreferences.h"
 #include "document/TADocument.h"
 #include "document/TADocumentController.h"
 #include "objectstore/ManagedObjectContext.h"
@@ -33,7 +34,7 @@ class MainWindowTest : public ::testing::Test {
 protected:
     void SetUp() override {
         QStandardPaths::setTestModeEnabled(true);
-        QSettings().clear();
+        TAGlobalPreferences::sharedInstance().settings().clear();
         auto made = TADocumentController::sharedDocumentController().openUntitledDocument();
         ASSERT_TRUE(made.ok());
         document = *made;
