@@ -259,3 +259,31 @@ TEST_F(MainWindowTest, MenuCommandsFollowTheirTagsTheLockAndModalWindows) {
         EXPECT_FALSE(menu->actionWithTag(tag)->isEnabled()) << tag;
     modal.close();
 }
+
+TEST_F(MainWindowTest, SectionsAreReachedWithTheKeyboardAlone) {
+    makeProject("Alpha");
+    document->reloadSidebar();
+    QApplication::setActiveWindow(window);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    sidebar().setFocus();
+    QTest::keyClick(&sidebar(), Qt::Key_Down);
+    EXPECT_EQ(selectedTitle(), "Recurring");
+    EXPECT_EQ(window->currentTabIdentifier(), "Recurring");
+    // The heading is skipped going up: the first section stays selected.
+    QTest::keyClick(&sidebar(), Qt::Key_Up);
+    QTest::keyClick(&sidebar(), Qt::Key_Up);
+    EXPECT_EQ(selectedTitle(), "Invoices");
+
+    QTest::keyClick(window, Qt::Key_4, Qt::ControlModifier);
+    EXPECT_EQ(window->currentTabIdentifier(), "Clients");
+    QTest::keyClick(window, Qt::Key_6, Qt::ControlModifier);
+    EXPECT_EQ(window->currentTabIdentifier(), "Reports");
+
+    // Right opens "Projects" and Down walks into its projects.
+    QTest::keyClick(window, Qt::Key_5, Qt::ControlModifier);
+    EXPECT_EQ(selectedTitle(), "Projects");
+    QTest::keyClick(&sidebar(), Qt::Key_Right);
+    QTest::keyClick(&sidebar(), Qt::Key_Down);
+    EXPECT_EQ(selectedTitle(), "Alpha");
+    EXPECT_EQ(window->projectsController()->project(), groups().selectedProject());
+}
