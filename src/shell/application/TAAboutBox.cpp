@@ -20,7 +20,7 @@ TAAboutBox::TAAboutBox(QWidget *parent)
     setText(QStringLiteral("<h3>%1</h3>").arg(tr("Billfold")));
     setInformativeText(QStringLiteral("<p>%1</p><p>%2</p><p>%3</p>")
                            .arg(TAApplication::aboutBoxVersion().toHtmlEscaped(),
-                                tr("Invoices, estimates and billable time for small businesses."),
+                                tr("Invoices and billable time for freelancers and small firms."),
                                 tr("Copyright \u00a9 Ostrel")));
     setStandardButtons(QMessageBox::Ok);
 }
